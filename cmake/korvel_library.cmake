@@ -1,0 +1,19 @@
+# One folder, one static library. What a folder may include is what its link line names: each library
+# shows its own folder alone (through a link in the build tree), so an upward include does not compile.
+
+add_library(korvel_warnings INTERFACE)
+target_compile_options(korvel_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+
+# korvel_library(<target> FOLDER <folder below the source root> SOURCES ... LINKS ... [PRIVATE_LINKS ...])
+# FOLDER is the prefix by which others include the headers, as in #include "toolkit/numbers.h".
+function(korvel_library target)
+  cmake_parse_arguments(ARG "" "FOLDER" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  add_library(${target} STATIC ${ARG_SOURCES})
+  set(root ${PROJECT_BINARY_DIR}/include/${target})
+  get_filename_component(parent ${root}/${ARG_FOLDER} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${ARG_FOLDER} SYMBOLIC)
+  target_include_directories(${target} PUBLIC ${root})
+  target_link_libraries(${target} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS} korvel_warnings)
+endfunction()

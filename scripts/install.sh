@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Installs what building and testing need on Debian 12; does nothing when all of it is there.
+set -euo pipefail
+
+packages=(
+  g++ cmake ninja-build pkg-config ccache
+  libsqlite3-dev unixodbc-dev tdsodbc libfmt-dev libcli11-dev libsimpleini-dev
+)
+if [[ ${1:-} == --tests ]]; then
+  packages+=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-dev libsqliteodbc clang-format-14 clang-tidy-14)
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+done
+[[ ${#missing[@]} -eq 0 ]] && exit 0
+
+echo "A instalar: ${missing[*]}" >&2
+run() { if [[ $(id -u) -eq 0 ]]; then "$@"; else sudo "$@"; fi; }
+run apt-get update -qq
+DEBIAN_FRONTEND=noninteractive run apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "data/connection.h"
+
+namespace korvel::data {
+
+/// Where servers are found, from the program's settings.
+struct ServerSettings {
+  /// Folder that holds the embedded servers, one folder each (`KORVEL_DADOS`).
+  std::filesystem::path embeddedFolder;
+  /// Name of the ODBC driver for all other servers.
+  std::string odbcDriver = "FreeTDS";
+  /// Told every statement that any connection sends; may be empty.
+  StatementObserver observer;
+};
+
+/// Opens a connection from a string of the form "Provider=SQLOLEDB.1;...;User ID=<login>;Initial Catalog=<database>;
+/// Data Source=<server>", or with "Integrated Security=SSPI" in place of the login. The Data Source decides the driver:
+/// `(LOCALDB)\NAME` is the embedded server NAME, anything else a SQL Server ("host", "host,port" or "host:port").
+/// Opening `master` on an embedded server that does not exist yet makes it. `timeoutSeconds` bounds the connection
+/// and each statement. Throws Error: Failure::NoServer or Failure::WrongLogin, natives 18456 and 4060 as the server's.
+std::unique_ptr<Connection> Connect(const ServerSettings& settings, std::string_view connectionString,
+                                    std::string_view password, int timeoutSeconds);
+
+}  // namespace korvel::data

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace korvel::data {
+
+/// The parts of a connection string that decide a connection.
+struct ConnectionString {
+  std::string server;
+  std::string database;
+  std::string login;
+  bool integratedSecurity = false;
+
+  /// Reads "Name=value;..." with names in any case; unknown names are passed over.
+  static ConnectionString Parse(std::string_view text);
+};
+
+}  // namespace korvel::data

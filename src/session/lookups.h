@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "data/connection.h"
+
+namespace korvel::session {
+
+struct LookupKey {
+  std::string_view field;
+  std::string_view value;
+  bool numeric = false;
+};
+
+/// The first value of `field` in `table` as text, "" when there is no row. A blank key value is a key like any other.
+/// `extra` is appended to the condition as it stands. Throws data::Error.
+std::string LerCampoTabela(data::Connection& connection, std::string_view table, std::string_view field);
+std::string LerCampoTabela(data::Connection& connection, std::string_view table, std::string_view field,
+                           const LookupKey& key, std::string_view extra = {});
+
+/// Rows of `table` under `where` (" Where ..." or empty). A blank table counts 0.
+std::int64_t ContaRegistos_lng(data::Connection& connection, std::string_view table, std::string_view where);
+
+/// True when the statement brings a row.
+bool VerSeExiste(data::Connection& connection, std::string_view statement);
+
+/// That field of the statement's first row, Null without a row. Errors pass silently, as its callers rely on.
+data::Value GetFieldValue(data::Connection& connection, std::string_view statement, std::string_view field);
+
+/// The server's date and time.
+data::DateTime Get_DataSysServer(data::Connection& connection);
+
+}  // namespace korvel::session
