@@ -7,11 +7,10 @@ year=2025
 folder=$PWD/demonstracao
 
 scripts/install.sh
-cmake --preset release -DKORVEL_TESTS=OFF -DKORVEL_BENCHMARKS=OFF -B build/run >/dev/null
-cmake --build build/run --target korvelctl
+scripts/build.sh --program
 mkdir -p "$folder/ficheiros"
 export KORVEL_DADOS=$folder/servidores
-korvelctl=build/run/cli/korvelctl
+korvelctl=build/release/cli/korvelctl
 
 "$korvelctl" demo --ano $year --sim
 "$korvelctl" --empresa 0001 assistente --ano $year --mes 365 --base C --diarios 00 --pasta "$folder/ficheiros"
