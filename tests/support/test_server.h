@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/connect.h"
+#include "session/context.h"
+#include "support/scripted_ports.h"
+#include "support/temp_folder.h"
+
+namespace korvel::test {
+
+/// An embedded server in a folder of its own, with a session logged in to it as `sa` with a blank password,
+/// and ports that tests script. Everything goes with the object; connections opened by Open must go first.
+class TestServer {
+ public:
+  explicit TestServer(std::string_view name = "TESTE");
+
+  /// "(LOCALDB)\NAME".
+  const std::string& Name() const { return session.gServidor; }
+  /// Refers to the members below.
+  session::Context Context() { return {session, servers, dialogs, progress, settings, clock}; }
+
+  /// Throws data::Error.
+  std::unique_ptr<data::Connection> Open(std::string_view database = "master");
+  /// Runs a script in a database, batch after batch, apart by lines that hold GO alone. Throws data::Error.
+  void Run(std::string_view database, std::string_view script);
+  /// The first row set of a query: one line a row, values apart by tabs, NULL as "NULL". Throws data::Error.
+  std::vector<std::string> Rows(std::string_view database, std::string_view query);
+  /// The first value of a query as Rows gives it, "" when it brings no row.
+  std::string One(std::string_view database, std::string_view query);
+  /// Makes a database if it is not there and makes it the session's company database.
+  void UseCompany(std::string_view code);
+
+  TempFolder folder;  // the folder of embedded servers
+  data::ServerSettings servers;
+  session::SessionRecord session;
+  ScriptedDialogs dialogs;
+  SilentProgress progress;
+  MemorySettings settings;
+  FixedClock clock;
+  std::vector<std::string> statements;  // every statement sent by any connection; clear it before counting
+};
+
+}  // namespace korvel::test
