@@ -1,0 +1,66 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "auditfile/export_run.h"
+#include "periods/period.h"
+#include "session/context.h"
+
+namespace korvel::automation {
+
+struct WizardInput {
+  std::string txtAno;         // four digits
+  std::string edatStartDate;  // YYYY-MM-DD
+  std::string edatEndDate;    // YYYY-MM-DD
+  periods::Basis eselTaxAccountingBasis = periods::Basis::Billing;
+  std::string txtPastaExportacao;
+  /// No questions and no boxes of the wizard's own.
+  bool automatico = false;
+  /// Codes of the journals that opening balances are taken from; nothing: as the parameters say.
+  std::optional<std::vector<std::string>> diarios;
+};
+
+enum class StepStatus { None, Processing, Ok, Failed };
+/// "", "Processando...", "OK", "Falha".
+std::string_view StatusText(StepStatus status);
+
+/// One row of the list of steps.
+struct StepReport {
+  std::string_view key;          // "C_Contas" ... "Exporta"
+  std::string_view description;  // "- Plano Oficial de Contas" ...
+  StepStatus status = StepStatus::None;
+};
+
+struct WizardResult {
+  /// The file was written.
+  bool ok = false;
+  std::vector<StepReport> steps;
+  auditfile::ExportResult exported;
+  /// Why it stopped, where no box told it; the export's text is in `exported`.
+  std::string error;
+};
+
+/// Told a row of the list whenever its status changes.
+using WizardObserver = std::function<void(const StepReport&)>;
+
+/// The steps of a basis in their order, the export last, without status.
+std::vector<StepReport> StepsFor(periods::Basis basis);
+
+/// First and last day of a month ("01" to "12") or of the year ("365"), as YYYY-MM-DD; empty texts for
+/// anything else.
+std::pair<std::string, std::string> DatesOf(std::string_view txtAno, std::string_view eselMes);
+
+/// Makes the period anew, stages every section of its basis and exports the file. The period's earlier rows
+/// go first, in one transaction; each step is a transaction of its own. A failed step ends the run and keeps
+/// what was staged before it. Every run that got as far as the steps leaves a row in `HistoricoEnvio`. Throws
+/// data::Error when the company database fails before the steps; the old period is whole then.
+WizardResult Assistente(const session::Context& context, const WizardInput& input,
+                        const WizardObserver& observer = {});
+
+}  // namespace korvel::automation
