@@ -50,15 +50,16 @@ using Grid = std::vector<GridRow>;
 Grid LoadStaged(const session::Context& context, data::Connection& company, const StagedTable& table,
                 const PeriodKey& period);
 
-/// Replaces the period's staged rows by the ticked rows, in one transaction: deletes, tests every ticked row for its
-/// first empty required column in the order of the columns, and writes. At the first empty one the
-/// message is shown under "AVISO" and false returned; the old rows are gone then, as designed, and nothing is written.
-/// On data::Error nothing has changed. `Utilizador` and `DataSys` take the session's user and the server's time.
+/// Replaces the period's staged rows by the ticked rows, in one transaction: deletes, tests every ticked row
+/// for its first empty required column in the order of the columns, and writes. At the first empty one the
+/// message is shown under "AVISO" and false returned; the old rows are gone then, as designed, and nothing is
+/// written. On data::Error nothing has changed. `Utilizador` and `DataSys` take the session's user and the
+/// server's time.
 bool SaveStaged(const session::Context& context, data::Connection& company, const StagedTable& table,
                 const PeriodKey& period, const Grid& rows, std::string_view progressCaption);
 
-/// "O Campo [<label>] está Vazio!", a line break, "Não pode Gravar": shown under "AVISO" wherever a required value is
-/// blank. `detail` is appended as it stands.
+/// "O Campo [<label>] está Vazio!", a line break, "Não pode Gravar": shown under "AVISO" wherever a required
+/// value is blank. `detail` is appended as it stands.
 void ShowEmptyField(const session::Context& context, std::string_view label, std::string_view detail = {});
 
 }  // namespace korvel::periods

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string_view>
+
+#include "data/connection.h"
+
+/// Administration of a server. Members work on the connection given and throw data::Error unless they say
+/// otherwise. Names of databases, tables and fields are the system's own, never users' text.
+namespace korvel::databases {
+
+/// True when the server has that database, in any case of letters.
+bool CheckDatabase(data::Connection& connection, std::string_view database);
+
+bool SQLCheckField(data::Connection& connection, std::string_view field, std::string_view table);
+bool SQLCheckTable(data::Connection& connection, std::string_view table);
+
+/// Makes a table with just `NumRegisto` and its key `PK_<table>`, when it is missing.
+void SQLCreateTable(data::Connection& connection, std::string_view table);
+/// Adds a field when it is missing.
+void SQLAddField(data::Connection& connection, std::string_view type, std::string_view field,
+                 std::string_view table);
+void SQLChangeField(data::Connection& connection, std::string_view type, std::string_view field,
+                    std::string_view table);
+void SQLCreateIndex(data::Connection& connection, std::string_view name, std::string_view table,
+                    std::string_view fields, bool unique);
+
+/// Sets the database's compatibility level and lets the server run its command shell, as installations rely
+/// on.
+void SQL_ChangeDbCompLevel(data::Connection& master, std::string_view database);
+
+/// The whole number before the first "." of the server's product version.
+int SQL_Version(data::Connection& master);
+
+bool CheckForReadOnly(data::Connection& master, std::string_view database);
+void SetReadOnly(data::Connection& master, std::string_view database, bool readOnly);
+
+/// Runs each batch of a script; lines that hold just "GO" part them. Stops at the first failure.
+void RunScript(data::Connection& connection, std::string_view script);
+
+}  // namespace korvel::databases

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "data/connection.h"
+#include "periods/period.h"
+
+namespace korvel::periods {
+
+/// A table with rows of a period.
+struct PeriodTable {
+  std::string_view name;
+  bool byCustomer = false;  // rows belong to the period's `Cliente` too
+};
+
+inline constexpr std::string_view kHeaderTable = "TabHeader";
+
+/// All tables of a period in the order in which they are cleared: nine staged ones, and the period itself.
+inline constexpr std::array<PeriodTable, 10> kPeriodTables{{
+    {"TabCustomerGEST", true},
+    {"TabCustomerPOC"},
+    {"TabGeneralLedger"},
+    {"TabGeneralLedgerEntriesPOC"},
+    {kHeaderTable, true},
+    {"TabProductGEST", true},
+    {"TabSourceDocumentsGEST", true},
+    {"TabSupplierPOC"},
+    {"TabTaxTableGEST", true},
+    {"TabTaxTablePOC"},
+}};
+
+/// "Delete from <table> where <period>", with the customer for the tables that have it.
+std::string DeleteStatement(const PeriodTable& table, const PeriodKey& period, std::string_view cliente);
+
+/// Clears the staged tables of a period, with `header` its row of `TabHeader` too. Belongs inside a
+/// transaction.
+void DeletePeriodRows(data::Connection& company, const PeriodKey& period, std::string_view cliente,
+                      bool header);
+
+}  // namespace korvel::periods
