@@ -25,11 +25,14 @@ struct Marks {
 /// counts as 0). By `tipo`:
 ///   0           unchanged
 ///   1           half up to `casas` decimals for positive values; see the asymmetry below
-///   2, 3, 4     as 1, then the whole number to the nearest 10, 100, 1000 (5, 50, 500 go up), without
-///   decimals 5           cut to `casas` decimals 6, 7, 8     cut to tens, hundreds, thousands 9           up
-///   to `casas` decimals when more follow 10, 11, 12  as 9, then up to the next 10, 100, 1000 13          as
-///   1, then to a whole number 14          cut to a whole number 15          up to the next whole number when
-///   there is a fraction
+///   2, 3, 4     as 1, then the whole number to the nearest 10, 100, 1000 (5, 50, 500 go up)
+///   5           cut to `casas` decimals
+///   6, 7, 8     cut to tens, hundreds, thousands
+///   9           up to `casas` decimals when more follow
+///   10, 11, 12  as 9, then up to the next 10, 100, 1000
+///   13          as 1, then to a whole number
+///   14          cut to a whole number
+///   15          up to the next whole number when there is a fraction
 /// Any other `tipo` leaves the value unchanged. "Up" is away from zero except in 1.
 ///
 /// Deliberate in 1: a last decimal of 5 adds 0.0001 before a rounding half to even (with `casas` 0, a lone
