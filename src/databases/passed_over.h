@@ -1,21 +1,22 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "data/error.h"
+#include "data/connection.h"
 
 namespace korvel::databases {
 
 /// A step of an upgrade that failed.
 struct Failed {
-  std::string step;
-  std::string text;
+  std::string step;  // its statement, or what it does
+  std::string text;  // the server's
 };
 
-/// Upgrades run all their statements each time and go on after each failure, by design: creating what is
-/// there already fails. The failures are kept here, so that a caller can tell the expected ones from others.
+/// Upgrades run all their statements each time and go on after each failure, by design: creating what is there
+/// already fails. The failures are kept here, so that a caller can tell the expected ones from others.
 class PassedOver {
  public:
   /// Runs `step()`; a data::Error is noted under `name` and passed over.
@@ -26,6 +27,10 @@ class PassedOver {
     } catch (const data::Error& error) {
       failures_.push_back({std::move(name), error.what()});
     }
+  }
+
+  void Run(data::Connection& connection, std::string_view statement) {
+    Try(std::string(statement), [&] { connection.Execute(statement); });
   }
 
   const std::vector<Failed>& Failures() const { return failures_; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,24 +18,27 @@ enum class Stage {
   Sending,     // history of sendings
   Version,     // version of the database
 };
+inline constexpr std::array kStages{Stage::Base,    Stage::Parameters, Stage::Documents, Stage::Cancelled,
+                                    Stage::Mapping, Stage::Customers,  Stage::Sending,   Stage::Version};
 
+/// A column; all allow NULL.
 struct ColumnDefinition {
   std::string_view name;
-  std::string_view type;            // as it stands in a statement; columns allow NULL
-  Stage added = Stage::Base;        // later than the stage of its table: added by "alter table"
-  std::string_view existing = {};   // expression that rows without a value get; empty: they stay NULL
-  std::string_view firstType = {};  // type that it is made with when `type` comes by a later change
+  std::string_view type;
+  Stage added = Stage::Base;        // a column of its table's own stage is in the "CREATE TABLE"
+  std::string_view existing = {};   // SQL expression that rows with NULL get; empty: they stay so
+  std::string_view firstType = {};  // the type that it is made with, when `type` comes by a later change
   Stage widened = Stage::Base;      // when that change runs
 };
 
 /// A table of a schema. `NumRegisto`, the identity key, stands before the columns of every table and is not
-/// listed.
+/// listed among them.
 struct TableDefinition {
   std::string_view name;
   Stage created = Stage::Base;
-  std::string_view primaryKey = {};  // name of the clustered key on NumRegisto; empty: none, or `bare`
-  bool bare = false;                 // made with SQLCreateTable: all its columns are added
-  std::span<const ColumnDefinition> columns = {};
+  std::span<const ColumnDefinition> columns;
+  std::string_view primaryKey = {};  // name of the clustered key on NumRegisto; empty: none
+  bool bare = false;                 // made by SQLCreateTable, which names the key; every column is added
 };
 
 /// "CREATE TABLE" with the columns of the table's own stage.

@@ -24,8 +24,7 @@ void SQLChangeField(data::Connection& connection, std::string_view type, std::st
 void SQLCreateIndex(data::Connection& connection, std::string_view name, std::string_view table,
                     std::string_view fields, bool unique);
 
-/// Sets the database's compatibility level and lets the server run its command shell, as installations rely
-/// on.
+/// Sets the database's compatibility level and lets the server run its command shell, as installations rely on.
 void SQL_ChangeDbCompLevel(data::Connection& master, std::string_view database);
 
 /// The whole number before the first "." of the server's product version.
@@ -33,6 +32,9 @@ int SQL_Version(data::Connection& master);
 
 bool CheckForReadOnly(data::Connection& master, std::string_view database);
 void SetReadOnly(data::Connection& master, std::string_view database, bool readOnly);
+/// Tries up to ten times, with pauses, to bring a database into that state; false when it did not get there.
+/// Throws nothing.
+bool ForceReadOnly(data::Connection& master, std::string_view database, bool readOnly);
 
 /// Runs each batch of a script; lines that hold just "GO" part them. Stops at the first failure.
 void RunScript(data::Connection& connection, std::string_view script);

@@ -1,0 +1,139 @@
+#include "databases/sql_admin.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include "data/sql_text.h"
+#include "toolkit/numbers.h"
+#include "toolkit/text.h"
+
+namespace korvel::databases {
+
+namespace {
+
+using data::Quoted;
+
+constexpr int kFirstVersionWithProperties = 8;  // SQL Server 2000
+
+bool BringsRow(data::Connection& connection, std::string_view statement) {
+  return !connection.Query(statement).Eof();
+}
+
+bool IsBatchEnd(std::string_view line) {
+  if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+  return toolkit::SameIgnoringCase(toolkit::Trim(line), "GO");
+}
+
+bool HasText(std::string_view batch) {
+  return batch.find_first_not_of(" \t\r\n") != std::string_view::npos;
+}
+
+}  // namespace
+
+bool CheckDatabase(data::Connection& connection, std::string_view database) {
+  return BringsRow(connection, fmt::format("Select Name from master..SysDataBases Where upper(Name)={}",
+                                           Quoted(toolkit::Upper(database))));
+}
+
+bool SQLCheckField(data::Connection& connection, std::string_view field, std::string_view table) {
+  return BringsRow(connection,
+                   fmt::format("sp_columns @table_name = {},@COLUMN_NAME={}", Quoted(table), Quoted(field)));
+}
+
+bool SQLCheckTable(data::Connection& connection, std::string_view table) {
+  return BringsRow(connection, fmt::format("sp_tables @table_name = {}", Quoted(table)));
+}
+
+void SQLCreateTable(data::Connection& connection, std::string_view table) {
+  if (SQLCheckTable(connection, table)) return;
+  connection.Execute(
+      fmt::format(" create table {} ( NumRegisto numeric (18,0) identity (1,1) not null )", table));
+  connection.Execute(fmt::format(
+      "ALTER TABLE [dbo].[{0}] WITH NOCHECK ADD  CONSTRAINT [PK_{0}] PRIMARY KEY  NONCLUSTERED  ( "
+      "[NumRegisto] )  ON [PRIMARY]",
+      table));
+}
+
+void SQLAddField(data::Connection& connection, std::string_view type, std::string_view field,
+                 std::string_view table) {
+  if (SQLCheckField(connection, field, table)) return;
+  connection.Execute(fmt::format(" alter table {} add {} {}", table, field, type));
+}
+
+void SQLChangeField(data::Connection& connection, std::string_view type, std::string_view field,
+                    std::string_view table) {
+  connection.Execute(fmt::format(" alter table {} ALTER COLUMN {} {}", table, field, type));
+}
+
+void SQLCreateIndex(data::Connection& connection, std::string_view name, std::string_view table,
+                    std::string_view fields, bool unique) {
+  connection.Execute(fmt::format("CREATE {}INDEX [{}] on [dbo].[{}] ( {} ) ON [PRIMARY]",
+                                 unique ? "UNIQUE " : "", name, table, fields));
+}
+
+void SQL_ChangeDbCompLevel(data::Connection& master, std::string_view database) {
+  master.Execute(fmt::format("sp_dbcmptlevel {}, 80", database));
+  master.Execute("sp_configure 'show advanced options', 1");
+  master.Execute("reconfigure with override");
+  master.Execute("sp_configure 'xp_cmdshell', 1");
+  master.Execute("reconfigure with override");
+}
+
+int SQL_Version(data::Connection& master) {
+  master.Execute("Use Master");
+  const auto version = master.Query("xp_msver 'productversion' ");
+  if (version.Eof()) return 0;
+  return static_cast<int>(toolkit::NumericPrefix(version.Text("Character_Value")).Whole());
+}
+
+bool CheckForReadOnly(data::Connection& master, std::string_view database) {
+  if (SQL_Version(master) < kFirstVersionWithProperties) {
+    const auto option = master.Query(fmt::format("sp_dboption {},'read only'", Quoted(database)));
+    return !option.Eof() && toolkit::Lower(option.Text("currentsetting")) != "off";
+  }
+  const auto state =
+      master.Query(fmt::format("Select DatabasePropertyex({},'Updateability') as MRet", Quoted(database)));
+  return !state.Eof() && state.Text("MRet") == "READ_ONLY";
+}
+
+void SetReadOnly(data::Connection& master, std::string_view database, bool readOnly) {
+  if (SQL_Version(master) < kFirstVersionWithProperties) {
+    master.Execute(
+        fmt::format("sp_dboption {},'read only','{}'", Quoted(database), readOnly ? "true" : "false"));
+  } else {
+    master.Execute(fmt::format("Alter DataBase {} Set {}", database, readOnly ? "READ_ONLY" : "READ_WRITE"));
+  }
+}
+
+bool ForceReadOnly(data::Connection& master, std::string_view database, bool readOnly) {
+  constexpr int kAttempts = 10;
+  for (int attempt = 1; attempt <= kAttempts; ++attempt) {
+    try {
+      SetReadOnly(master, database, readOnly);
+      if (CheckForReadOnly(master, database) == readOnly) return true;
+    } catch (const data::Error&) {
+      // Others may still work on the database: it is tried again.
+    }
+    if (attempt < kAttempts) std::this_thread::sleep_for(std::chrono::seconds(1));
+  }
+  return false;
+}
+
+void RunScript(data::Connection& connection, std::string_view script) {
+  std::size_t batch = 0;
+  for (std::size_t line = 0; line < script.size();) {
+    const std::size_t end = std::min(script.find('\n', line), script.size());
+    if (IsBatchEnd(script.substr(line, end - line))) {
+      if (const auto text = script.substr(batch, line - batch); HasText(text)) connection.Execute(text);
+      batch = std::min(end + 1, script.size());
+    }
+    line = end + 1;
+  }
+  if (const auto rest = script.substr(batch); HasText(rest)) connection.Execute(rest);
+}
+
+}  // namespace korvel::databases
