@@ -16,15 +16,14 @@ namespace korvel::toolkit {
 using StatementValue =
     std::variant<std::monostate, bool, std::int64_t, data::Currency, data::DateTime, std::string_view>;
 
-/// "INSERT INTO <tabela> (<f1>,<f2>) VALUES (<v1> , <v2> )". Numbers stand as they are, True as -1, False as
+/// "INSERT INTO <tabela> (<f1>,<f2>) VALUES (<v1> , <v2> )". Money is written by CurToSQL, True as -1, False as
 /// 0, dates and texts between single quotes. Inner quotes are NOT doubled, which is deliberate: a text that
 /// may hold one must come with its quotes doubled already. Nothing is written for an empty value, which the
 /// server then refuses.
 std::string InsertSQL(std::string_view tabela, std::span<const std::string_view> campos,
-                      std::span<const StatementValue> valores, std::string_view decimal = ".");
+                      std::span<const StatementValue> valores);
 /// "UPDATE <tabela> SET <f1>=<v1>,<f2>=<v2><where>", values as above.
 std::string UpdateSQL(std::string_view tabela, std::span<const std::string_view> campos,
-                      std::span<const StatementValue> valores, std::string_view where,
-                      std::string_view decimal = ".");
+                      std::span<const StatementValue> valores, std::string_view where);
 
 }  // namespace korvel::toolkit
