@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "auditfile/export_run.h"
+#include "periods/filters.h"
 #include "periods/period.h"
 #include "session/context.h"
 
@@ -22,8 +23,8 @@ struct WizardInput {
   std::string txtPastaExportacao;
   /// No questions and no boxes of the wizard's own.
   bool automatico = false;
-  /// Codes of the journals that opening balances are taken from; nothing: as the parameters say.
-  std::optional<std::vector<std::string>> diarios;
+  /// Account range and journals of the opening balances; nothing: as the parameters of the company say.
+  std::optional<periods::LunderChoice> contas;
 };
 
 enum class StepStatus { None, Processing, Ok, Failed };
@@ -40,10 +41,13 @@ struct StepReport {
 struct WizardResult {
   /// The file was written.
   bool ok = false;
+  /// Empty when the run stopped at a check or a question, before the first step.
   std::vector<StepReport> steps;
   auditfile::ExportResult exported;
-  /// Why it stopped, where no box told it; the export's text is in `exported`.
+  /// Why it stopped where `exported` does not say it; the boxes have told it too, unless the run is automatic.
   std::string error;
+  /// The opening balances are all zero because the parameters of the company choose no journal.
+  bool noJournalTicked = false;
 };
 
 /// Told a row of the list whenever its status changes.

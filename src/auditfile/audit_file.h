@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+#include "auditfile/file_sink.h"
+#include "auditfile/section_context.h"
+
+namespace korvel::auditfile {
+
+/// What stands in one file beside the sections of the whole period.
+struct FileContent {
+  /// Condition on the ledger lines, beginning with " and ", or empty.
+  std::string_view ledgerFilter;
+  /// Appends an earlier file's `MasterFiles` in place of reading it from the tables again; may be empty.
+  std::function<void(FileSink&)> masterFiles;
+};
+
+/// The bytes that an element takes in the file.
+struct ByteRange {
+  std::uint64_t begin = 0;
+  std::uint64_t end = 0;
+};
+
+/// Writes one audit file: the declaration, the root and its sections in their order. Returns where
+/// `MasterFiles` stands. The sink is not finished. Throws data::Error, FileError and toolkit::Cancelled.
+ByteRange WriteAuditFile(FileSink& sink, const SectionContext& context, const FileContent& content);
+
+}  // namespace korvel::auditfile
