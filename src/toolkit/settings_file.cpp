@@ -1,5 +1,7 @@
 #include "toolkit/settings_file.h"
 
+// The store is UTF-8 on both sides.
+#define SI_NO_CONVERSION
 #include <SimpleIni.h>
 
 #include <chrono>
@@ -49,13 +51,11 @@ class Ini {
   CSimpleIniA ini_;
 };
 
-Ini Load(const fs::path& path) {
-  Ini ini;
-  if (!fs::exists(path)) return ini;
+void Load(Ini& ini, const fs::path& path) {
+  if (!fs::exists(path)) return;
   std::ifstream file(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   if (!file || !ini.Parse(text)) Fail("Não foi possível ler as definições", path);
-  return ini;
 }
 
 /// A name that no other process and no earlier failure uses.
@@ -98,13 +98,16 @@ SettingsFile::SettingsFile(fs::path path) : path_(std::move(path)) {
 }
 
 std::optional<std::string> SettingsFile::Read(std::string_view section, std::string_view key) const {
-  return Load(path_).Value(std::string(section), std::string(key));
+  Ini ini;
+  Load(ini, path_);
+  return ini.Value(std::string(section), std::string(key));
 }
 
 void SettingsFile::Write(std::string_view section, std::string_view key, std::string_view value) {
   const std::string sectionName(section);
   const std::string keyName(key);
-  Ini ini = Load(path_);
+  Ini ini;
+  Load(ini, path_);
   ini.SetValue(sectionName, keyName, std::string(value));
   const std::string text = ini.Text();
   // A name or value that the format cannot carry (a "]" in a section, a NUL) would be lost without a word.
