@@ -94,7 +94,8 @@ fs::path DefaultSettingsPath() {
 }
 
 SettingsFile::SettingsFile(fs::path path) : path_(std::move(path)) {
-  Load(path_);
+  Ini ini;
+  Load(ini, path_);
 }
 
 std::optional<std::string> SettingsFile::Read(std::string_view section, std::string_view key) const {
