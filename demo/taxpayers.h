@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "demo/random.h"
+
+namespace korvel::demo {
+
+/// A customer or supplier. Texts fit the columns of `Contas`.
+struct Taxpayer {
+  std::string taxNumber;
+  std::string country;  // of two letters; blank where the books leave it out
+  std::string name;
+  std::string street;
+  std::string doorNumber;
+  std::string town;
+  std::string postalCode;
+  std::string district;
+  std::string telephone;
+  std::string mail;
+};
+
+/// A Portuguese tax number: the eight digits and their check digit.
+std::string PortugueseTaxNumber(std::int64_t eightDigits);
+
+enum class Kind { Customer, Supplier };
+
+/// `count` taxpayers with different tax numbers; mostly companies of all parts of the country, some from
+/// abroad. Suppliers always have a country or none at all, which the books take for Portugal.
+std::vector<Taxpayer> MakeTaxpayers(Kind kind, std::int64_t count, Random& random);
+
+}  // namespace korvel::demo
