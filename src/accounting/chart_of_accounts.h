@@ -2,13 +2,10 @@
 
 #include <optional>
 
+#include "periods/filters.h"
 #include "periods/period.h"
 #include "periods/staging.h"
 #include "session/context.h"
-
-namespace korvel::periods {
-struct LunderFilter;
-}
 
 /// The chart of accounts of Lunder with opening balances, staged into `TabGeneralLedger`.
 /// Periods offered: kAccountingOrIntegratedPeriods. Failures are shown through the context's dialogs.

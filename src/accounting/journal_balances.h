@@ -21,11 +21,12 @@ enum class AmountKind { VA, VR, VI };  // valor, valrecap, valiva
 struct BalanceQuery {
   BalanceMode modo = BalanceMode::Gross;
   AmountKind tipoValor = AmountKind::VA;
-  std::string_view conta;        // an account code; its sub-accounts are those whose code starts with it
-  std::string_view dataInicial;  // YYYY-MM-DD, blank for no bound
-  std::string_view dataFinal;
-  std::string_view filtro1;  // conditions to append as they stand, such as the journal clause of a filter
-  std::string_view filtro2;
+  std::string_view conta = {};        // an account code; its sub-accounts are those whose code starts with it
+  std::string_view dataInicial = {};  // YYYY-MM-DD, blank for no bound
+  std::string_view dataFinal = {};
+  std::string_view filtro1 =
+      {};  // conditions to append as they stand, such as the journal clause of a filter
+  std::string_view filtro2 = {};
 };
 
 struct Balance {

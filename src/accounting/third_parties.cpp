@@ -1,0 +1,254 @@
+#include "accounting/third_parties.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+#include "accounting/company_tables.h"
+#include "accounting/failures.h"
+#include "accounting/period_kinds.h"
+#include "data/collation.h"
+#include "data/sql_text.h"
+#include "session/connections.h"
+#include "session/lookups.h"
+#include "toolkit/progress_scope.h"
+#include "toolkit/text.h"
+
+namespace korvel::accounting {
+namespace {
+
+using namespace third_party;  // the columns
+using periods::Alignment;
+using periods::CellKind;
+using periods::Column;
+using periods::Grid;
+using periods::GridRow;
+
+constexpr std::string_view kUnknown = "Desconhecido";
+constexpr std::string_view kNoAddress = "----------";
+constexpr std::size_t kColumnCount = kItemKey + 1;
+using Columns = std::array<Column, kColumnCount>;
+
+/// A plain text column of both grids.
+constexpr Column Text(std::string_view heading, std::string_view staged, int cut,
+                      std::string_view emptyLabel = {}) {
+  return {heading, 1000, Alignment::Left, staged, CellKind::Text, cut, emptyLabel};
+}
+constexpr Column Country(std::string_view staged) {
+  return {"País", 1000, Alignment::Left, staged, CellKind::UpperText, 12, "País"};
+}
+constexpr Column Hidden(std::string_view heading, std::string_view staged = {},
+                        std::string_view emptyLabel = {}) {
+  return {heading, 0, Alignment::Left, staged, CellKind::Text, 0, emptyLabel};
+}
+
+constexpr Columns kCustomerColumns{{
+    Hidden("Nº Registo", "NumRegisto"),
+    Hidden("Conta do Cliente", "AccountID", "Código"),
+    {"N.º Ident. Fiscal", 1500, Alignment::Left, "CustomerTaxID", CellKind::Text, 20,
+     "Nº Identificação Fiscal"},
+    {"Descrição", 4000, Alignment::Left, "CompanyName", CellKind::Text, 60, "Descrição"},
+    Text("Contacto", "Contact", 50),
+    Text("Morada Facturação", "BilingAddress", 0, "Morada Facturação"),
+    Text("N.º Polícia", "BuildingNumber", 10),
+    Text("Rua", "StreetName", 50),
+    Text("Rua e N.º Polícia", "AddressDetail", 60, "Rua e Nº Policia"),
+    Text("Localidade", "City", 50, "Localidade"),
+    Text("Cód. Postal", "PostalCode", 20, "Cód. Postal"),
+    Text("Distrito", "Region", 50),
+    Country("Country"),
+    Text("Morada Expedição", "ShipToAddress", 0),
+    Text("N.º Polícia", "Ship_BuildingNumber", 10),
+    Text("Rua", "Ship_StreetName", 50),
+    Text("Rua e N.º Polícia", "Ship_AddressDetail", 60, "Rua e Nº de Policia"),
+    Text("Localidade", "Ship_City", 50, "Localidade"),
+    Text("Cód. Postal", "Ship_PostalCode", 20, "Cód. Postal"),
+    Text("Distrito", "Ship_Region", 50),
+    Country("Ship_Country"),
+    Text("Telefone", "Telephone", 20),
+    Text("Fax", "Fax", 20),
+    Text("Email", "Email", 60),
+    Text("Web Site", "Website", 60),
+    {"Autofacturação", 1000, Alignment::Centre, "SelfBillingIndicator", CellKind::Text, 1},
+    {"Customer ID", 200, Alignment::Left, "CustomerID"},
+    Hidden(""),  // the tax number under which the row was made
+}};
+
+/// Suppliers have no column for their code: it is always the tax number under which the row was made.
+constexpr Columns SupplierColumns() {
+  Columns columns = kCustomerColumns;
+  columns[kTaxId].staged = "SupplierTaxID";
+  columns[kCode] = Hidden("", "SupplierID");
+  return columns;
+}
+constexpr Columns kSupplierColumns = SupplierColumns();
+
+constexpr periods::StagedTable kCustomerTable{"TabCustomerPOC", kCustomerColumns};
+constexpr periods::StagedTable kSupplierTable{"TabSupplierPOC", kSupplierColumns};
+
+std::string OrUnknown(std::string_view text) {
+  return std::string(toolkit::IsBlank(text) ? kUnknown : text);
+}
+
+/// The grid with its rows found by tax number.
+class Rows {
+ public:
+  /// The row of that taxpayer; null when there is none.
+  GridRow* Find(std::string_view taxId) {
+    const auto found = byKey_.find(data::CollationKey(taxId));
+    return found == byKey_.end() ? nullptr : &grid_[found->second];
+  }
+  GridRow& FindOrAdd(const std::string& taxId) {
+    if (GridRow* row = Find(taxId)) return *row;
+    byKey_.emplace(data::CollationKey(taxId), grid_.size());
+    GridRow& row = grid_.emplace_back();
+    row.cells.resize(kColumnCount);
+    row.cells[kItemKey] = taxId;
+    return row;
+  }
+  Grid Take() { return std::move(grid_); }
+
+ private:
+  Grid grid_;
+  std::unordered_map<std::string, std::size_t> byKey_;  // by data::CollationKey of the tax number
+};
+
+/// What rows of both sources have in common.
+void FillFixedCells(GridRow& row, const std::string& taxId, std::string country) {
+  auto& cells = row.cells;
+  cells[kTaxId] = cells[kCode] = taxId;
+  cells[kBilingAddress] = cells[kShipToAddress] = kNoAddress;
+  cells[kShipAddressDetail] = cells[kShipCity] = cells[kShipPostalCode] = kUnknown;
+  cells[kShipCountry] = country;
+  cells[kCountry] = std::move(country);
+}
+
+std::string HomeCountry(const ThirdPartyKind& kind, std::string_view pais) {
+  return toolkit::IsBlank(pais) ? std::string(kind.unknownHomeCountry) : toolkit::Upper(pais);
+}
+
+void FillFromAccount(GridRow& row, const data::Recordset& conta, const std::string& taxId,
+                     const ThirdPartyKind& kind) {
+  auto& cells = row.cells;
+  FillFixedCells(row, taxId, HomeCountry(kind, conta.Text("Pais")));
+  cells[kNumRegisto] = conta.Text("NumRegisto");
+  cells[kAccountId] = toolkit::CutTo(toolkit::Trim(conta.Text("ContaSP")), 30);
+  cells[kCompanyName] = toolkit::CutTo(toolkit::Trim(conta.Text("Titulo")), 60);
+  cells[kBuildingNumber] = conta.Text("Policia");
+  cells[kStreetName] = conta.Text("Rua");
+  cells[kAddressDetail] = OrUnknown(conta.Text("Morada0"));
+  cells[kCity] = OrUnknown(conta.Text("Morada1"));
+  cells[kPostalCode] = OrUnknown(conta.Text("Morada2"));
+  cells[kRegion] = conta.Text("Distrito");
+  cells[kTelephone] = conta.Text("Telefone");
+  cells[kEmail] = conta.Text("Mail");
+  cells[kSelfBilling] = conta.Text("AutoFacturacao");
+}
+
+void FillFromMovement(GridRow& row, const std::string& taxId, std::string_view prefix) {
+  FillFixedCells(row, taxId, OrUnknown(prefix));
+  for (const std::size_t column :
+       {kAccountId, kCompanyName, kStreetName, kAddressDetail, kCity, kPostalCode, kRegion}) {
+    row.cells[column] = kUnknown;
+  }
+  row.cells[kSelfBilling] = "0";
+}
+
+void RefuseWithoutTaxId(const session::Context& context, std::string_view account) {
+  context.dialogs.Message(toolkit::Icon::Warning,
+                          fmt::format("A conta {} não tem contribuinte definido!\n"
+                                      "Para continuar, tem que acertar esta situação!",
+                                      account));
+}
+
+/// False at the first account without a tax number, which is said.
+bool ReadAccounts(const session::Context& context, data::Connection& lunder, const ThirdPartyKind& kind,
+                  Rows& rows) {
+  const std::string condition = fmt::format(" Where CliFor='{}' and Tipo='M' ", kind.accountLetter);
+  toolkit::ProgressScope progress(context.progress, kProcessing,
+                                  session::ContaRegistos_lng(lunder, "Contas", condition));
+  data::Recordset contas = lunder.Query(
+      "select NumRegisto,isnull(ContaSP,'') as ContaSP,isnull(ContaCP,'') as ContaCP,isnull(Titulo,'') as "
+      "Titulo,"
+      "isnull(Contribuinte,'') as Contribuinte,isnull(Policia,'') as Policia,isnull(Rua,'') as Rua,"
+      "isnull(Pais,'') as Pais,isnull(Morada0,'') as Morada0,isnull(Morada1,'') as Morada1,"
+      "isnull(Morada2,'') as Morada2,isnull(Distrito,'') as Distrito,isnull(Telefone,'') as Telefone,"
+      "isnull(Mail,'') as Mail,isnull(AutoFacturacao,'') as AutoFacturacao  from contas" +
+      condition + "order by ContaSP,NumRegisto");
+  for (; !contas.Eof(); contas.MoveNext()) {
+    progress.Step(
+        [&] { return fmt::format("Conta : {} - {}", contas.Text("ContaSP"), contas.Text("Titulo")); });
+    const std::string taxId = toolkit::LimpaContribuinte_str(contas.Text("Contribuinte"));
+    if (taxId.empty()) {
+      RefuseWithoutTaxId(context, contas.Text("ContaCP"));
+      return false;
+    }
+    FillFromAccount(rows.FindOrAdd(taxId), contas, taxId, kind);
+  }
+  return true;
+}
+
+void AddTaxpayersOfMovements(data::Connection& lunder, const periods::PeriodKey& period,
+                             const ThirdPartyKind& kind, Rows& rows) {
+  data::Recordset movements = lunder.Query(fmt::format(
+      "select Distinct MovDiario.contribuinte,isnull(MovDiario.PrefixoNif,'') as PrefixoNif from MovDiario  "
+      "inner join contas on movdiario.contasp=contas.contasp "
+      "where ((contas.clifor='R' and contas.RCRF='{}')  or contas.clifor='{}' )  "
+      "and MovDiario.Data>={} and MovDiario.data<={} and isnull(MovDiario.SinalRecap,0)<>0 "
+      "order by MovDiario.contribuinte,PrefixoNif",
+      kind.recapitulative, kind.accountLetter, data::Quoted(period.startDate), data::Quoted(period.endDate)));
+  for (; !movements.Eof(); movements.MoveNext()) {
+    const std::string taxId = toolkit::LimpaContribuinte_str(movements.Text(0));
+    if (taxId.empty() || rows.Find(taxId)) continue;
+    FillFromMovement(rows.FindOrAdd(taxId), taxId, movements.Text(1));
+  }
+}
+
+std::optional<Grid> ReadThirdParties(const session::Context& context, const periods::PeriodKey& period,
+                                     const ThirdPartyKind& kind) {
+  session::ConnectionPtr lunder;
+  if (!session::AbreConnection_bln(context, lunder, session::kLunder)) return std::nullopt;
+  Rows rows;
+  if (!ReadAccounts(context, *lunder, kind, rows)) return std::nullopt;
+  AddTaxpayersOfMovements(*lunder, period, kind, rows);
+  return rows.Take();
+}
+
+}  // namespace
+
+const ThirdPartyKind& Clientes() {
+  static constexpr ThirdPartyKind kKind{&kCustomerTable, kAccountingPeriods, "C", "RC", kUnknown};
+  return kKind;
+}
+
+const ThirdPartyKind& Fornecedores() {
+  static constexpr ThirdPartyKind kKind{&kSupplierTable, kAccountingOrIntegratedPeriods, "F", "RF", "PT"};
+  return kKind;
+}
+
+std::optional<Grid> CalcularTerceiros(const session::Context& context, const periods::PeriodKey& period,
+                                      const ThirdPartyKind& kind) {
+  if (!IsChosen(period)) return std::nullopt;
+  return Reported(context, std::optional<Grid>(), [&] { return ReadThirdParties(context, period, kind); });
+}
+
+bool GravarTerceiros(const session::Context& context, const periods::PeriodKey& period,
+                     const ThirdPartyKind& kind, Grid rows) {
+  for (GridRow& row : rows) {
+    if (toolkit::IsBlank(row.cells[kCode])) row.cells[kCode] = row.cells[kItemKey];
+  }
+  return SaveToCompany(context, *kind.table, period, rows, kSaving);
+}
+
+std::optional<Grid> CarregarTerceiros(const session::Context& context, const periods::PeriodKey& period,
+                                      const ThirdPartyKind& kind) {
+  std::optional<Grid> grid = LoadFromCompany(context, *kind.table, period);
+  if (!grid) return grid;
+  for (GridRow& row : *grid) row.cells[kItemKey] = row.cells[kCode];
+  return grid;
+}
+
+}  // namespace korvel::accounting
