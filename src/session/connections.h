@@ -12,17 +12,25 @@ namespace korvel::session {
 using ConnectionPtr = std::unique_ptr<data::Connection>;
 
 inline constexpr int kTimeoutSeconds = 120;
+inline constexpr std::string_view kConfigDatabase = "KorvelConfig";
 
 /// The connection string of a login, or of the operating system's user under Windows authentication.
-/// The password is not in it.
+/// The password is not in it. A value with characters that have a meaning there stands between double quotes.
 std::string BuildConnectionString(std::string_view server, std::string_view database, std::string_view login,
                                   bool windowsAuthentication);
 
-/// Opens a database. False, with `gErroNumero` and `gErroDescricao` set, when the server refuses; false with both
+/// Opens a database, in place of what `connection` held. False, with `gErroNumero` and `gErroDescricao` set, when the server refuses; false with both
 /// left alone when `server`, or `login` without Windows authentication, is blank: nothing is attempted then.
 bool CreateDBConnection(const Context& context, ConnectionPtr& connection, std::string_view server,
                         std::string_view database, std::string_view login, std::string_view password,
                         int timeoutSeconds = kTimeoutSeconds);
+
+/// Closes a connection if it is open, rolling back what it has not committed, and drops it. An empty one stays empty.
+void FechaConection(ConnectionPtr& connection);
+
+/// Whether the server takes that login on a database; a refusal sets the error outputs as CreateDBConnection does.
+bool ValidateLogin(const Context& context, std::string_view server, std::string_view database,
+                   std::string_view login, std::string_view password);
 
 /// Opens `database` on the session's server as the session's user.
 bool OpenSessionDatabase(const Context& context, ConnectionPtr& connection, std::string_view database);
