@@ -72,7 +72,7 @@ std::string CompanyDatabase(std::string_view code) {
 }
 
 void EnsureConfigDatabase(data::Connection& master) {
-  if (!CheckDatabase(master, kConfigDatabase)) master.Execute("Create Database KorvelConfig");
+  if (!CheckDatabase(master, session::kConfigDatabase)) master.Execute("Create Database KorvelConfig");
   master.Execute("use KorvelConfig");
   for (const TableDefinition& table : ConfigSchema()) {
     if (!SQLCheckTable(master, table.name)) master.Execute(CreateTableStatement(table));

@@ -4,20 +4,13 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "data/connection.h"
+#include "periods/source_servers.h"
+#include "periods/warehouses.h"
 #include "session/context.h"
 
 namespace korvel::periods {
-
-/// Where the database of a source product lies. The password is kept as typed, in plain text.
-struct SourceLocation {
-  std::string server;
-  std::string login;
-  std::string password;
-  std::string database;
-};
 
 /// The row of `ParamGeral`, members named after their columns, with what a new row starts with.
 struct Parameters {
@@ -44,9 +37,6 @@ struct Parameters {
 
 inline constexpr std::string_view kPatamarList =
     "Grupo:Grupo de Produtos;Familia:Família de Produtos;Subfamilia:Subfamília de Produtos;";
-inline constexpr std::string_view kClassificacaoList =
-    "PT:PT - Portugal Continental;PT-AC:PT-AC - Região Autónoma dos Açores;PT-MA:PT-MA - Região Autónoma da "
-    "Madeira;";
 /// The value of `EquivCliente` that goes without the grouping of customer accounts.
 inline constexpr std::string_view kEquivCodigo = "Codigo";
 
@@ -57,36 +47,14 @@ std::optional<Parameters> ReadParameters(data::Connection& company);
 /// row. Columns that are not there leave their value empty, which is the usual case of the last two.
 bool LoadSessionParameters(const session::Context& context, data::Connection& company);
 
-/// A warehouse with its region of exemption; `classificacao` is "" until one is chosen.
-struct Warehouse {
-  std::string armazem;
-  std::string descricao;
-  std::string classificacao;
-};
-
-/// `cmdCarregarArmazens`: the warehouses of the billing product with what `TabArmazens` says of them. Empty
-/// when the product's database does not open.
-std::vector<Warehouse> CarregarArmazens(const session::Context& context, data::Connection& company);
-
 /// `cmdGravar` of the parameters: checks, saves row and warehouses in one transaction, reloads the session's
 /// values. False when a check failed, which is said, or the company did not open, which is shown. On
 /// data::Error nothing has changed.
 bool GravarParametros(const session::Context& context, const Parameters& parameters,
                       std::span<const Warehouse> warehouses);
 
-/// Which source servers could be reached.
-struct Links {
-  bool brevant = false;
-  bool lunder = false;
-};
-Links VerLigacoes(const session::Context& context, const Parameters& parameters);
-
-/// `cmdActivarLigacoes`: stores the two locations alone, at once, then tries them.
+/// `cmdActivarLigacoes`: stores the two locations alone, at once, then tries them. Nothing when the company did
+/// not open, which is shown.
 std::optional<Links> ActivarLigacoes(const session::Context& context, const Parameters& parameters);
-
-/// The databases of a source product's server whose names begin with `base` ("Brevant..." or "Lunder..."), by
-/// name. Empty for other names and when the server does not open.
-std::vector<std::string> Carrega_Empresas(const session::Context& context, const Parameters& parameters,
-                                          std::string_view base);
 
 }  // namespace korvel::periods

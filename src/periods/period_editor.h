@@ -37,14 +37,16 @@ struct PeriodListItem {
   std::string basis;  // MTaxAccountingBasis: the first letter
   std::string auditFileVersion;
   std::string utilizador;
-  std::string dataSys;
+  std::string dataSys;  // regional date
   std::string cliente;
 };
 
 /// The periods by year and start; `filter` is empty or a condition beginning with " and ".
-std::vector<PeriodListItem> ListPeriods(data::Connection& company, std::string_view filter = {});
+std::vector<PeriodListItem> ListPeriods(const session::Context& context, data::Connection& company,
+                                        std::string_view filter = {});
 /// Nothing when no such period is there.
-std::optional<PeriodListItem> FindPeriod(data::Connection& company, const PeriodKey& period);
+std::optional<PeriodListItem> FindPeriod(const session::Context& context, data::Connection& company,
+                                         const PeriodKey& period);
 
 /// `cmdEliminar`: warns, asks, and deletes a period with all that is staged for it. False when it was not
 /// done.

@@ -1,0 +1,23 @@
+#include "periods/staged_tables.h"
+
+#include <fmt/format.h>
+
+#include "data/sql_text.h"
+
+namespace korvel::periods {
+
+std::string DeleteStatement(const PeriodTable& table, const PeriodKey& period, std::string_view cliente) {
+  std::string statement = fmt::format("Delete from {} where {}", table.name, period.Condition());
+  if (table.byCustomer) statement += fmt::format(" and isnull(cliente,'')={}", data::Quoted(cliente));
+  return statement;
+}
+
+void DeletePeriodRows(data::Connection& company, const PeriodKey& period, std::string_view cliente,
+                      bool header) {
+  for (const PeriodTable& table : kPeriodTables) {
+    if (table.name == kHeaderTable && !header) continue;
+    company.Execute(DeleteStatement(table, period, cliente));
+  }
+}
+
+}  // namespace korvel::periods

@@ -1,0 +1,179 @@
+#include "periods/staging.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+#include "session/lookups.h"
+#include "toolkit/dates.h"
+#include "toolkit/numbers.h"
+#include "toolkit/progress_scope.h"
+#include "toolkit/text.h"
+
+namespace korvel::periods {
+
+namespace {
+
+using session::Context;
+
+constexpr std::string_view kKey = "NumRegisto";
+constexpr std::array<std::string_view, 3> kPeriodColumns{"FiscalYear", "StartDate", "EndDate"};
+constexpr std::array<std::string_view, 2> kWrittenColumns{"Utilizador", "DataSys"};
+
+toolkit::DateMarks DateMarksOf(const session::SessionRecord& session) {
+  return {session.gFormatoData, session.gSepData};
+}
+
+/// The key is shown where a grid asks for it, but the server gives it.
+bool IsSaved(const Column& column) {
+  return !column.staged.empty() && column.staged != kKey;
+}
+
+std::string ReadCell(const session::SessionRecord& session, const data::Recordset& rows, std::size_t at,
+                     CellKind kind) {
+  if (rows.IsNull(at)) return {};
+  switch (kind) {
+    case CellKind::Money:
+      return toolkit::FDNum(rows.Money(at), session.gCasasDec, {}, {}, session.Marks());
+    case CellKind::Date:
+      return toolkit::GData(rows.Text(at), DateMarksOf(session));
+    case CellKind::Text:
+    case CellKind::UpperText:
+      break;
+  }
+  return std::string(rows.Text(at));
+}
+
+/// Turns cells into the values of the staged columns.
+class CellWriter {
+ public:
+  explicit CellWriter(const Context& context)
+      : context_(context),
+        marks_(context.session.Marks()),
+        dateMarks_(DateMarksOf(context.session)),
+        today_(context.clock.Now()) {}
+
+  data::Value ValueOf(const Column& column, const std::string& cell) const {
+    switch (column.kind) {
+      case CellKind::Money:
+        return toolkit::TextoParaValor(cell, marks_);
+      case CellKind::Date:
+        return toolkit::pData(cell, dateMarks_, today_, context_.dialogs).neutral;
+      case CellKind::UpperText:
+        return Cut(column, toolkit::IsBlank(cell) ? cell : toolkit::Upper(cell));
+      case CellKind::Text:
+        break;
+    }
+    return Cut(column, cell);
+  }
+
+ private:
+  static data::Value Cut(const Column& column, std::string_view text) {
+    return column.cut > 0 ? toolkit::CutTo(text, static_cast<std::size_t>(column.cut)) : text;
+  }
+
+  const Context& context_;
+  toolkit::Marks marks_;
+  toolkit::DateMarks dateMarks_;
+  data::DateTime today_;
+};
+
+std::vector<std::string_view> SavedColumns(const StagedTable& table) {
+  std::vector<std::string_view> columns(kPeriodColumns.begin(), kPeriodColumns.end());
+  for (const Column& column : table.columns) {
+    if (IsSaved(column)) columns.push_back(column.staged);
+  }
+  columns.insert(columns.end(), kWrittenColumns.begin(), kWrittenColumns.end());
+  return columns;
+}
+
+/// The label of the first empty required column of the ticked rows, "" when there is none.
+std::string_view FirstEmpty(const StagedTable& table, const Grid& rows) {
+  for (const GridRow& row : rows) {
+    if (!row.ticked) continue;
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+      const Column& column = table.columns[i];
+      if (!column.emptyLabel.empty() && toolkit::IsBlank(row.cells[i])) return column.emptyLabel;
+    }
+  }
+  return {};
+}
+
+void AddRow(data::BatchInsert& batch, const std::vector<data::Value>& values) {
+  const std::vector<data::Parameter> row(values.begin(), values.end());
+  batch.Add(row);
+}
+
+void InsertTicked(const Context& context, data::Connection& company, const StagedTable& table,
+                  const PeriodKey& period, const Grid& rows, std::string_view progressCaption) {
+  const data::Value dataSys = session::Get_DataSysServer(company);
+  const CellWriter cells(context);
+  const auto batch = company.OpenBatch(table.table, SavedColumns(table));
+  toolkit::ProgressScope progress(context.progress, progressCaption, static_cast<std::int64_t>(rows.size()));
+  for (const GridRow& row : rows) {
+    progress.Step();
+    if (!row.ticked) continue;
+    std::vector<data::Value> values{period.fiscalYear, period.startDate, period.endDate};
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+      if (IsSaved(table.columns[i])) values.push_back(cells.ValueOf(table.columns[i], row.cells[i]));
+    }
+    values.emplace_back(context.session.gUtilizador);
+    values.push_back(dataSys);
+    AddRow(*batch, values);
+  }
+  batch->Finish();
+}
+
+std::string LoadStatement(const StagedTable& table, const PeriodKey& period) {
+  const bool ordered = !table.loadOrder.empty();
+  return fmt::format("Select * from {} where {}{}{}", table.table, period.Condition(), table.loadOrder,
+                     ordered ? ",NumRegisto" : " order by NumRegisto");
+}
+
+/// Where the columns of a grid stand in a result; nothing for those that are not staged.
+std::vector<std::optional<std::size_t>> PlacesOf(const StagedTable& table, const data::Recordset& rows) {
+  std::vector<std::optional<std::size_t>> places;
+  for (const Column& column : table.columns) {
+    places.push_back(column.staged.empty() ? std::nullopt : std::optional(rows.IndexOf(column.staged)));
+  }
+  return places;
+}
+
+}  // namespace
+
+Grid LoadStaged(const Context& context, data::Connection& company, const StagedTable& table,
+                const PeriodKey& period) {
+  const auto count = session::ContaRegistos_lng(company, table.table, " Where " + period.Condition());
+  toolkit::ProgressScope progress(context.progress, "Carregando Dados...", count);
+  auto rows = company.Query(LoadStatement(table, period));
+  const auto places = PlacesOf(table, rows);
+  Grid grid;
+  grid.reserve(static_cast<std::size_t>(count));
+  for (; !rows.Eof(); rows.MoveNext()) {
+    progress.Step();
+    GridRow& row = grid.emplace_back();
+    row.cells.resize(places.size());
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      if (places[i]) row.cells[i] = ReadCell(context.session, rows, *places[i], table.columns[i].kind);
+    }
+  }
+  return grid;
+}
+
+bool SaveStaged(const Context& context, data::Connection& company, const StagedTable& table,
+                const PeriodKey& period, const Grid& rows, std::string_view progressCaption) {
+  data::Transaction transaction(company);
+  company.Execute(fmt::format("Delete from {} where {}", table.table, period.Condition()));
+  const std::string_view empty = FirstEmpty(table, rows);
+  if (empty.empty()) InsertTicked(context, company, table, period, rows, progressCaption);
+  transaction.Commit();
+  if (!empty.empty()) ShowEmptyField(context, empty);
+  return empty.empty();
+}
+
+void ShowEmptyField(const Context& context, std::string_view label, std::string_view detail) {
+  context.dialogs.Message(toolkit::Icon::Warning,
+                          fmt::format("O Campo [{}] está Vazio!\nNão pode Gravar{}", label, detail), "AVISO");
+}
+
+}  // namespace korvel::periods
