@@ -123,17 +123,23 @@ bool ForceReadOnly(data::Connection& master, std::string_view database, bool rea
   return false;
 }
 
-void RunScript(data::Connection& connection, std::string_view script) {
+std::vector<std::string_view> ScriptBatches(std::string_view script) {
+  std::vector<std::string_view> batches;
   std::size_t batch = 0;
   for (std::size_t line = 0; line < script.size();) {
     const std::size_t end = std::min(script.find('\n', line), script.size());
     if (IsBatchEnd(script.substr(line, end - line))) {
-      if (const auto text = script.substr(batch, line - batch); HasText(text)) connection.Execute(text);
+      if (const auto text = script.substr(batch, line - batch); HasText(text)) batches.push_back(text);
       batch = std::min(end + 1, script.size());
     }
     line = end + 1;
   }
-  if (const auto rest = script.substr(batch); HasText(rest)) connection.Execute(rest);
+  if (const auto rest = script.substr(batch); HasText(rest)) batches.push_back(rest);
+  return batches;
+}
+
+void RunScript(data::Connection& connection, std::string_view script) {
+  for (const std::string_view batch : ScriptBatches(script)) connection.Execute(batch);
 }
 
 }  // namespace korvel::databases

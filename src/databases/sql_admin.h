@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "data/connection.h"
 
@@ -36,7 +37,9 @@ void SetReadOnly(data::Connection& master, std::string_view database, bool readO
 /// Throws nothing.
 bool ForceReadOnly(data::Connection& master, std::string_view database, bool readOnly);
 
-/// Runs each batch of a script; lines that hold just "GO" part them. Stops at the first failure.
+/// The batches of a script, as views into it; lines that hold just "GO" part them. Blank ones are left out.
+std::vector<std::string_view> ScriptBatches(std::string_view script);
+/// Runs each batch of a script. Stops at the first failure.
 void RunScript(data::Connection& connection, std::string_view script);
 
 }  // namespace korvel::databases
