@@ -12,17 +12,36 @@ std::string Lower(std::string_view text) {
   return lower;
 }
 
+/// Takes what stands in front of one of `marks` off the text; the mark stays.
+std::string_view TakeUpTo(std::string_view& text, std::string_view marks) {
+  const std::string_view taken = text.substr(0, text.find_first_of(marks));
+  text.remove_prefix(taken.size());
+  return taken;
+}
+
+bool TakeChar(std::string_view& text, char c) {
+  if (!text.starts_with(c)) return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+/// Takes a value; between double quotes it may hold any character, a double quote as two of them.
+std::string TakeValue(std::string_view& text) {
+  if (!TakeChar(text, '"')) return std::string(TakeUpTo(text, ";"));
+  std::string value(TakeUpTo(text, "\""));
+  while (TakeChar(text, '"') && TakeChar(text, '"')) value.append("\"").append(TakeUpTo(text, "\""));
+  TakeUpTo(text, ";");
+  return value;
+}
+
 }  // namespace
 
 ConnectionString ConnectionString::Parse(std::string_view text) {
   ConnectionString parts;
-  while (!text.empty()) {
-    const std::string_view entry = text.substr(0, text.find(';'));
-    text.remove_prefix(std::min(entry.size() + 1, text.size()));
-    const std::size_t equals = entry.find('=');
-    if (equals == std::string_view::npos) continue;
-    const std::string name = Lower(entry.substr(0, equals));
-    const std::string_view value = entry.substr(equals + 1);
+  for (; !text.empty(); TakeChar(text, ';')) {
+    const std::string name = Lower(TakeUpTo(text, "=;"));
+    if (!TakeChar(text, '=')) continue;
+    const std::string value = TakeValue(text);
     if (name == "data source") parts.server = value;
     if (name == "initial catalog") parts.database = value;
     if (name == "user id") parts.login = value;

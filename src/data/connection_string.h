@@ -12,7 +12,8 @@ struct ConnectionString {
   std::string login;
   bool integratedSecurity = false;
 
-  /// Reads "Name=value;..." with names in any case; unknown names are passed over.
+  /// Reads "Name=value;..." with names in any case; unknown names are passed over. A value may stand between
+  /// double quotes, a double quote in it as two.
   static ConnectionString Parse(std::string_view text);
 };
 

@@ -29,7 +29,7 @@ fs::path FolderFrom(const char* variable, const fs::path& below = {}) {
 /// The whole store of one moment.
 class Ini {
  public:
-  Ini() : ini_(/*a_bIsUtf8=*/true, /*a_bMultiKey=*/false, /*a_bMultiLine=*/true) { ini_.SetQuotes(true); }
+  Ini() : ini_(/*a_bIsUtf8=*/true, /*a_bMultiKey=*/false, /*a_bMultiLine=*/true) {}
 
   bool Parse(const std::string& text) { return ini_.LoadData(text) >= 0; }
 
