@@ -2,16 +2,15 @@
 
 #include <functional>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "auditfile/export_run.h"
 #include "periods/filters.h"
 #include "periods/period.h"
 #include "session/context.h"
+#include "toolkit/dates.h"
 
 namespace korvel::automation {
 
@@ -56,14 +55,14 @@ using WizardObserver = std::function<void(const StepReport&)>;
 /// The steps of a basis in their order, the export last, without status.
 std::vector<StepReport> StepsFor(periods::Basis basis);
 
-/// First and last day of a month ("01" to "12") or of the year ("365"), as YYYY-MM-DD; empty texts for
-/// anything else.
-std::pair<std::string, std::string> DatesOf(std::string_view txtAno, std::string_view eselMes);
+/// The dates of a month ("01" to "12") or of the year ("365"); nothing for anything else.
+std::optional<toolkit::DateSpan> DatesOf(std::string_view txtAno, std::string_view eselMes);
 
 /// Makes the period anew, stages every section of its basis and exports the file. The period's earlier rows
-/// go first, in one transaction; each step is a transaction of its own. A failed step ends the run and keeps
-/// what was staged before it. Every run that got as far as the steps leaves a row in `HistoricoEnvio`. Throws
-/// data::Error when the company database fails before the steps; the old period is whole then.
+/// and its header are replaced in one transaction; then each step is a transaction of its own. A failed step
+/// ends the run and keeps what was staged before it. Every run that got as far as the steps leaves a row in
+/// `HistoricoEnvio`. Throws data::Error when the company database fails before the steps; nothing has changed
+/// then. The billing side's steps are not built yet: periods that need them are refused before anything changes.
 WizardResult Assistente(const session::Context& context, const WizardInput& input,
                         const WizardObserver& observer = {});
 

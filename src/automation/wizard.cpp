@@ -1,0 +1,223 @@
+#include "automation/wizard.h"
+
+#include <algorithm>
+#include <array>
+
+#include "automation/period_rebuild.h"
+#include "automation/sending_history.h"
+#include "automation/wizard_steps.h"
+#include "data/sql_text.h"
+#include "periods/header_fields.h"
+#include "session/connections.h"
+#include "toolkit/options.h"
+#include "toolkit/text.h"
+
+namespace korvel::automation {
+namespace {
+
+using periods::Basis;
+
+constexpr std::array<std::string_view, 2> kYesNo{"&Sim", "&Não"};
+
+std::string Letter(Basis basis) {
+  return {static_cast<char>(basis)};
+}
+
+std::string CaptionOf(Basis basis) {
+  const std::string key = Letter(basis);
+  for (const toolkit::Option& option : toolkit::eselToArray(periods::kBasisList)) {
+    if (option.key == key) return option.caption;
+  }
+  return key;
+}
+
+/// A check of the input: the field that it looks at, whether it is at fault, and what is said then.
+struct Check {
+  std::string_view field;
+  bool fails;
+  std::string_view message;
+};
+
+class WizardRun {
+ public:
+  WizardRun(const session::Context& context, const WizardInput& input, const WizardObserver& observer)
+      : context_(context),
+        input_(input),
+        observer_(observer),
+        steps_{context, input, {input.txtAno, input.edatStartDate, input.edatEndDate}} {}
+
+  WizardResult Go() {
+    if (!CheckInput() || !CheckSteps() || !Confirmed("Confirma o Processamento?")) return result_;
+    if (!PreparePeriod()) return result_;
+    result_.steps = StepsFor(input_.eselTaxAccountingBasis);
+    if (RunSteps()) {
+      Export();
+    } else {
+      AddHistory("Existem falhas na preparação dos dados", false);
+    }
+    result_.noJournalTicked = steps_.noJournalTicked;
+    return result_;
+  }
+
+ private:
+  /// Shows why the run does not begin, and goes to the field at fault.
+  bool Stop(std::string text, std::string_view field = {}) {
+    context_.dialogs.Message(toolkit::Icon::Warning, text);
+    if (!field.empty()) context_.dialogs.Focus(field);
+    return Refuse(std::move(text));
+  }
+  bool Refuse(std::string text) {
+    result_.error = std::move(text);
+    return false;
+  }
+  bool Confirmed(std::string_view question) {
+    return input_.automatico || context_.dialogs.Ask(question, kYesNo) == 0;
+  }
+
+  bool CheckInput() {
+    using toolkit::IsBlank;
+    const std::array checks{
+        Check{"txtAno", IsBlank(input_.txtAno), "Não definiu o Ano!"},
+        Check{"edatStartDate", IsBlank(input_.edatStartDate), "Não definiu a Data Inicial!"},
+        Check{"edatEndDate", IsBlank(input_.edatEndDate), "Não definiu a Data Final!"},
+        Check{"txtPastaExportacao", IsBlank(input_.txtPastaExportacao),
+              "Não definiu a Pasta para Exportação!"},
+        Check{"edatEndDate", input_.edatEndDate < input_.edatStartDate, "As Datas não estão bem definidas!"},
+    };
+    const auto fault =
+        std::find_if(checks.begin(), checks.end(), [](const Check& check) { return check.fails; });
+    return fault == checks.end() || Stop(std::string(fault->message), fault->field);
+  }
+
+  /// A period is not to be cleared for steps that cannot fill it again.
+  bool CheckSteps() {
+    const Basis basis = input_.eselTaxAccountingBasis;
+    const auto steps = AllSteps();
+    const bool missing = std::any_of(steps.begin(), steps.end(),
+                                     [&](const Step& step) { return step.Serves(basis) && !step.save; });
+    return !missing ||
+           Stop("O Assistente só prepara, por agora, os dados da Contabilidade!", "eselTaxAccountingBasis");
+  }
+
+  bool PreparePeriod() {
+    session::ConnectionPtr company;
+    if (!session::AbreConnectionLOCAL_bln(context_, company)) return Refuse(context_.session.gErroDescricao);
+    if (!KindIsDefined(*company)) return false;
+    std::string cliente;
+    if (!MayReplace(*company, cliente)) return false;
+    return RebuildPeriod(*company, steps_.period, input_.eselTaxAccountingBasis, cliente) ||
+           Stop("Não tem os dados da Empresa definidos (Header)!");
+  }
+
+  bool KindIsDefined(data::Connection& company) {
+    const data::Recordset rows = company.Query(
+        "Select FiscalYear,Cliente,CompanyName from TabHeader With (NoLock) where TaxAccountingBasis=" +
+        data::Quoted(Letter(input_.eselTaxAccountingBasis)));
+    if (!rows.Eof()) return true;
+    std::string text = "Deve primeiro criar um registo nas Definições da Empresa (" +
+                       CaptionOf(input_.eselTaxAccountingBasis) + ")";
+    return input_.automatico ? Refuse(std::move(text)) : Stop(std::move(text));
+  }
+
+  /// False when the period is there and the user wants to keep it. `cliente` becomes that of the period.
+  bool MayReplace(data::Connection& company, std::string& cliente) {
+    const data::Recordset rows =
+        company.Query("Select FiscalYear,Cliente,CompanyName from TabHeader With (NoLock) Where " +
+                      steps_.period.Condition());
+    if (rows.Eof()) return true;
+    cliente = rows.Text("Cliente");
+    return Confirmed("Período já Configurado.\nSubstituir o existente?");
+  }
+
+  bool RunSteps() {
+    for (const Step& step : AllSteps()) {
+      if (!step.Serves(input_.eselTaxAccountingBasis)) continue;
+      SetStatus(step.key, StepStatus::Processing);
+      const bool done = RunStep(step);
+      SetStatus(step.key, done ? StepStatus::Ok : StepStatus::Failed);
+      if (!done) return false;
+    }
+    return true;
+  }
+
+  bool RunStep(const Step& step) {
+    try {
+      std::optional<periods::Grid> rows = step.load ? step.load(steps_) : periods::Grid();
+      return rows && step.save(steps_, *rows);
+    } catch (const std::exception& failure) {
+      if (!input_.automatico) context_.dialogs.Message(toolkit::Icon::Critical, failure.what());
+      return Refuse(failure.what());
+    }
+  }
+
+  void Export() {
+    SetStatus(kExportKey, StepStatus::Processing);
+    auditfile::ExportOptions options = auditfile::OptionsFor(input_.eselTaxAccountingBasis);
+    options.txtPastaExportacao = input_.txtPastaExportacao;
+    result_.exported = auditfile::ExportaSaft(context_, options, steps_.period, "", input_.automatico);
+    result_.ok = result_.exported.ok;
+    SetStatus(kExportKey, result_.ok ? StepStatus::Ok : StepStatus::Failed);
+    AddHistory(result_.ok ? "Exportação com Sucesso" : "Falha na Exportação", result_.ok);
+  }
+
+  /// The run's outcome stands whether its history can be kept or not.
+  void AddHistory(std::string_view text, bool ok) {
+    try {
+      RegistaEnvio(context_, input_.edatStartDate, input_.edatEndDate, "", text, ok);
+    } catch (const data::Error& failure) {
+      Refuse(failure.what());
+    }
+  }
+
+  void SetStatus(std::string_view key, StepStatus status) {
+    const auto row = std::find_if(result_.steps.begin(), result_.steps.end(),
+                                  [&](const StepReport& step) { return step.key == key; });
+    row->status = status;
+    if (observer_) observer_(*row);
+  }
+
+  const session::Context& context_;
+  const WizardInput& input_;
+  const WizardObserver& observer_;
+  StepContext steps_;
+  WizardResult result_;
+};
+
+}  // namespace
+
+std::string_view StatusText(StepStatus status) {
+  switch (status) {
+    case StepStatus::None:
+      return "";
+    case StepStatus::Processing:
+      return "Processando...";
+    case StepStatus::Ok:
+      return "OK";
+    case StepStatus::Failed:
+      return "Falha";
+  }
+  return "";
+}
+
+std::vector<StepReport> StepsFor(Basis basis) {
+  std::vector<StepReport> rows;
+  for (const Step& step : AllSteps()) {
+    if (step.Serves(basis)) rows.push_back({step.key, step.description, StepStatus::None});
+  }
+  rows.push_back({kExportKey, kExportDescription, StepStatus::None});
+  return rows;
+}
+
+std::optional<toolkit::DateSpan> DatesOf(std::string_view txtAno, std::string_view eselMes) {
+  if (toolkit::IsBlank(txtAno) || toolkit::IsBlank(eselMes)) return std::nullopt;
+  if (eselMes != "365") return toolkit::GetDataIniFimParaMovs(txtAno, eselMes);
+  const std::string ano(txtAno);
+  return toolkit::DateSpan{ano + "-01-01", ano + "-12-31"};
+}
+
+WizardResult Assistente(const session::Context& context, const WizardInput& input,
+                        const WizardObserver& observer) {
+  return WizardRun(context, input, observer).Go();
+}
+
+}  // namespace korvel::automation

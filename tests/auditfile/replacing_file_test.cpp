@@ -1,0 +1,142 @@
+#include "auditfile/replacing_file.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "auditfile/memory_sink.h"
+#include "support/temp_folder.h"
+
+namespace korvel::auditfile {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::size_t FilesIn(const fs::path& folder) {
+  return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+TEST(ReplacingFile, TheTargetChangesOnlyWhenFinished) {
+  const test::TempFolder folder;
+  const fs::path target = folder / "relatório_ção.XML";
+  test::WriteFile(target, "earlier");
+  {
+    ReplacingFile file(target);
+    file.Append("new");
+    EXPECT_EQ(test::ReadFile(target), "earlier");
+    file.Finish();
+    EXPECT_EQ(test::ReadFile(target), "new");
+  }
+  EXPECT_EQ(test::ReadFile(target), "new");
+  EXPECT_EQ(FilesIn(folder.Path()), 1u);
+}
+
+TEST(ReplacingFile, AnUnfinishedFileLeavesNothing) {
+  const test::TempFolder folder;
+  const fs::path target = folder / "a.XML";
+  test::WriteFile(target, "earlier");
+  ReplacingFile(target).Append("half");
+  EXPECT_EQ(test::ReadFile(target), "earlier");
+  EXPECT_EQ(FilesIn(folder.Path()), 1u);
+}
+
+TEST(ReplacingFile, CopiesFromWhatItWroteEvenWhenReplaced) {
+  const test::TempFolder folder;
+  const fs::path target = folder / "a.XML";
+  const std::string bytes = "<" + std::string(300'000, 'm') + ">";
+  ReplacingFile first(target);
+  first.Append(bytes);
+  first.Finish();
+  test::WriteFile(folder / "other", "x");
+  fs::rename(folder / "other", target);
+  test::MemorySink copy;
+  first.CopyTo(copy, 1, bytes.size() - 1);
+  copy.Finish();
+  EXPECT_EQ(copy.bytes, std::string(300'000, 'm'));
+  EXPECT_THROW(first.CopyTo(copy, 0, bytes.size() + 1), FileError);
+}
+
+/// Runs `work` in a child process and gives the status that waitpid does.
+template <typename Work>
+int InChild(Work&& work) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    work();
+    ::_exit(0);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return status;
+}
+
+TEST(ReplacingFile, TheNextRunRemovesWhatAKilledOneLeftAndNothingElse) {
+  const test::TempFolder folder;
+  const fs::path target = folder / "a.XML";
+  test::WriteFile(target, "earlier");
+  test::WriteFile(folder / "notes.tmp", "somebody's own");
+  const int status = InChild([&] {
+    ReplacingFile file(target);
+    file.Append("half");
+    ::raise(SIGKILL);
+  });
+  ASSERT_TRUE(WIFSIGNALED(status));
+  EXPECT_EQ(test::ReadFile(target), "earlier");
+  ASSERT_EQ(FilesIn(folder.Path()), 3u) << "the killed process left its temporary file";
+
+  ReplacingFile running(folder / "b.XML");
+  EXPECT_EQ(FilesIn(folder.Path()), 3u) << "it is gone, and a running one took its place";
+  ReplacingFile file(target);
+  EXPECT_EQ(FilesIn(folder.Path()), 4u) << "a running export keeps its own";
+  file.Finish();
+  running.Finish();
+  EXPECT_TRUE(fs::exists(folder / "b.XML"));
+  EXPECT_EQ(FilesIn(folder.Path()), 3u);
+}
+
+TEST(ReplacingFile, ADiskThatRunsFullLeavesTheEarlierFile) {
+  const test::TempFolder folder;
+  const fs::path target = folder / "a.XML";
+  test::WriteFile(target, "earlier");
+  const int status = InChild([&] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{100'000, 100'000};
+    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) ::_exit(2);
+    int code = 1;
+    try {
+      ReplacingFile file(target);
+      file.Append(std::string(200'000, 'x'));
+      file.Finish();
+    } catch (const FileError& error) {
+      code = error.Number() == EFBIG ? 42 : 3;
+    }
+    ::_exit(code);
+  });
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 42);
+  EXPECT_EQ(test::ReadFile(target), "earlier");
+  EXPECT_EQ(FilesIn(folder.Path()), 1u);
+}
+
+TEST(ReplacingFile, PlacesThatTakeNoFileAreNamed) {
+  const test::TempFolder folder;
+  test::WriteFile(folder / "file", "");
+  fs::create_directories(folder / "taken.XML" / "inside");
+  EXPECT_THROW(ReplacingFile(folder / "file" / "a.XML"), FileError);
+  EXPECT_THROW(ReplacingFile(folder / "missing" / "a.XML"), FileError);
+  try {
+    ReplacingFile(folder / "taken.XML").Finish();
+    FAIL() << "a folder stands in its place";
+  } catch (const FileError& error) {
+    EXPECT_NE(std::string(error.what()).find("taken.XML\": já existe uma pasta com esse nome"),
+              std::string::npos)
+        << error.what();
+  }
+  EXPECT_EQ(FilesIn(folder.Path()), 2u);
+}
+
+}  // namespace
+}  // namespace korvel::auditfile
