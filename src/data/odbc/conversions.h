@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string_view>
+
+#include "data/value.h"
+
+namespace korvel::data::odbc {
+
+/// A value as another type, as the server converts it: a fraction is cut towards zero in a whole number and rounded
+/// to four decimals in an amount, and Null or a blank text reads as 0 or 1900-01-01.
+/// Each throws Error(Failure::Conversion) that names `column` but never the value.
+std::int64_t ToInteger(const Value& value, std::string_view column);
+Currency ToMoney(const Value& value, std::string_view column);
+DateTime ToDate(const Value& value, std::string_view column);
+
+}  // namespace korvel::data::odbc
