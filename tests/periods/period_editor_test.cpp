@@ -1,0 +1,251 @@
+#include "periods/period_editor.h"
+
+#include <gtest/gtest.h>
+
+#include "company_world.h"
+#include "databases/version.h"
+#include "periods/staged_tables.h"
+
+namespace korvel::periods {
+namespace {
+
+class PeriodEditor : public testing::Test, protected test::CompanyWorld {
+ protected:
+  PeriodHeader Filled(std::string_view year, std::string_view name = "Padaria D'Avila, Lda") {
+    PeriodHeader header = OpenHeader(context, HeaderMode::New, 0)->header;
+    ChangeKind(header, "C");
+    for (const char* column : {"CompanyID", "TaxRegistrationNumber"}) header[column] = "512345678";
+    for (const char* column : {"AddressDetail", "City", "BusinessName"}) header[column] = "Rua d'Alegria";
+    header["CompanyName"] = name;
+    header["PostalCode"] = "9500-001";
+    header["FiscalYear"] = year;
+    LeaveFiscalYear(server.clock, header);
+    return header;
+  }
+
+  PeriodHeader Saved(std::string_view year) {
+    PeriodHeader header = Filled(year);
+    EXPECT_TRUE(GravarHeader(context, HeaderMode::New, header));
+    server.dialogs.Clear();
+    return header;
+  }
+
+  std::vector<PeriodListItem> List() { return ListPeriods(context, *server.Open("Korvel0001")); }
+};
+
+TEST_F(PeriodEditor, FirstPeriodHasNoTemplate) {
+  const auto opened = OpenHeader(context, HeaderMode::New, 0);
+  ASSERT_TRUE(opened && opened->canSave);
+  const std::pair<const char*, std::string_view> expected[] = {
+      {"FiscalYear", ""},
+      {"Country", "PT"},
+      {"CurrencyCode", "EUR"},
+      {"AuditFileVersion", "1.01_01"},
+      {"ProductCompanyTaxId", "508123453"},
+      {"SoftwareCertificateNumber", ""},
+      {"ProductID", "Korvel/Morvane"},
+      {"ProductVersion", databases::ProgramVersion()},
+      {"TaxEntity", ""},
+      {"Cliente", ""}};
+  for (const auto& [column, value] : expected) EXPECT_EQ(opened->header[column], value) << column;
+  EXPECT_EQ(server.dialogs.LastFocus(), "FiscalYear");
+  EXPECT_EQ(server.dialogs.LastTitle(), "INFORMAÇÃO");
+}
+
+TEST_F(PeriodEditor, TemplateIsTheLatestKeyWithoutWhatBelongsToOnePeriod) {
+  Script(
+      "insert into TabHeader "
+      "(FiscalYear,StartDate,EndDate,CompanyName,TaxAccountingBasis,BusinessName,TaxEntity,"
+      "ProductCompanyTaxId,SoftwareCertificateNumber,Cliente,DateCreated,ProductVersion,AuditFileVersion,"
+      "Country,"
+      "WebSite) values ('2010','2010-07-01','2010-12-31','Certa','F','Nome','Loja "
+      "3','999','12','C1','2011-01-01',"
+      "'0.0.1','1.00','ES','www')");
+  Script(
+      "insert into TabHeader (FiscalYear,StartDate,EndDate,CompanyName) values "
+      "('2010','2010-07-01','2010-08-31','Outra'),('2009','2009-12-01','2010-11-30','Velha')");
+  const PeriodHeader header = OpenHeader(context, HeaderMode::New, 0)->header;
+  const std::pair<const char*, std::string_view> expected[] = {
+      {"FiscalYear", "2011"},
+      {"StartDate", ""},
+      {"EndDate", ""},
+      {"CompanyName", "Certa"},
+      {"TaxAccountingBasis", "F"},
+      {"TaxEntity", "Global"},
+      {"BusinessName", ""},
+      {"ProductCompanyTaxId", "508123453"},
+      {"SoftwareCertificateNumber", ""},
+      {"Cliente", ""},
+      {"DateCreated", ""},
+      {"ProductVersion", databases::ProgramVersion()},
+      {"AuditFileVersion", "1.01_01"},
+      {"Country", "PT"},
+      {"WebSite", "www"}};
+  for (const auto& [column, value] : expected) EXPECT_EQ(header[column], value) << column;
+}
+
+TEST_F(PeriodEditor, NewPeriodIsWrittenWhole) {
+  PeriodHeader header = Filled("2010");
+  header["Country"] = "pt";
+  header["ProductID"] = "Outro";
+  server.session.gUtilizador = "maria";
+  ASSERT_TRUE(GravarHeader(context, HeaderMode::New, header));
+  EXPECT_EQ(std::to_string(header.numRegisto), One("select NumRegisto from TabHeader"));
+  EXPECT_EQ(
+      Rows("select FiscalYear,StartDate,EndDate,CompanyName,Country,ProductID,Utilizador,Cliente,TaxEntity,"
+           "convert(varchar(10),DataSys,120) from TabHeader"),
+      std::vector<std::string>{
+          "2010\t2010-01-01\t2010-12-31\tPadaria D'Avila, Lda\tPT\tKorvel/Morvane\tmaria\t\t"
+          "Sede\t2026-01-15"});
+}
+
+TEST_F(PeriodEditor, FailedChecksWriteNothing) {
+  PeriodHeader header = Filled("2010");
+  header["StartDate"] = "2009-12-01";
+  server.dialogs.Clear();
+  EXPECT_FALSE(GravarHeader(context, HeaderMode::New, header));
+  EXPECT_EQ(server.dialogs.LastFocus(), "StartDate");
+  EXPECT_TRUE(server.dialogs.messages.empty());
+  header["StartDate"] = "2010-12-01";
+  header["EndDate"] = "2011-03-31";
+  EXPECT_TRUE(GravarHeader(context, HeaderMode::New, header));
+  EXPECT_EQ(Rows("select StartDate from TabHeader"), std::vector<std::string>{"2010-12-01"});
+}
+
+TEST_F(PeriodEditor, SamePeriodTwiceIsRefused) {
+  Saved("2010");
+  PeriodHeader again = Filled("2010");
+  EXPECT_FALSE(GravarHeader(context, HeaderMode::New, again));
+  EXPECT_EQ(server.dialogs.LastText(), "Período já Configurado !");
+  EXPECT_EQ(server.dialogs.LastTitle(), "ATENÇÃO :");
+  EXPECT_EQ(server.dialogs.LastFocus(), "StartDate");
+  EXPECT_EQ(One("select count(*) from TabHeader"), "1");
+}
+
+TEST_F(PeriodEditor, ChangeKeepsTheKey) {
+  const PeriodHeader saved = Saved("2010");
+  auto opened = OpenHeader(context, HeaderMode::Change, saved.numRegisto);
+  ASSERT_TRUE(opened && opened->canSave);
+  opened->header["CompanyName"] = "O'Neill & \"Filhos\"";
+  opened->header["EndDate"] = "2010-06-30";
+  ASSERT_TRUE(GravarHeader(context, HeaderMode::Change, opened->header));
+  EXPECT_EQ(Rows("select CompanyName,EndDate from TabHeader"),
+            std::vector<std::string>{"O'Neill & \"Filhos\"\t2010-12-31"});
+}
+
+TEST_F(PeriodEditor, RowThatHasGoneIsTold) {
+  PeriodHeader saved = Saved("2010");
+  Script("delete from TabHeader");
+  EXPECT_FALSE(OpenHeader(context, HeaderMode::View, saved.numRegisto));
+  EXPECT_EQ(server.dialogs.LastText(), "Esse Registo Foi Eliminado por outro Utilizador !");
+  EXPECT_FALSE(GravarHeader(context, HeaderMode::Change, saved));
+  EXPECT_EQ(server.dialogs.LastText(), "Esse Registo foi Eliminado por Outro Utilizador !");
+  EXPECT_EQ(One("select count(*) from TabHeader"), "0");
+}
+
+TEST_F(PeriodEditor, RowsOfAnEarlierVersionAreOnlySeen) {
+  Script(
+      "insert into TabHeader (FiscalYear,StartDate,EndDate,TaxAccountingBasis,TaxEntity,ProductID) values "
+      "('2008','2008-01-01','2008-12-31','Contabilidade','Loja','Antigo')");
+  for (const HeaderMode mode : {HeaderMode::Change, HeaderMode::View}) {
+    server.dialogs.Clear();
+    const auto opened = OpenHeader(context, mode, 1);
+    ASSERT_TRUE(opened);
+    EXPECT_FALSE(opened->canSave);
+    EXPECT_EQ(opened->header["TaxAccountingBasis"], "C");
+    EXPECT_EQ(opened->header["TaxEntity"], "Loja");
+    EXPECT_EQ(opened->header["ProductID"], "Korvel/Morvane");
+    EXPECT_EQ(
+        server.dialogs.Texts().front() == "Este registo é de uma versão anterior. Apenas pode Visualizar",
+        mode == HeaderMode::Change);
+  }
+}
+
+TEST_F(PeriodEditor, TextTooLongForItsColumnLeavesNothing) {
+  PeriodHeader header = Filled("2010");
+  header["BusinessName"] = std::string(61, 'x');
+  EXPECT_THROW(GravarHeader(context, HeaderMode::New, header), data::Error);
+  EXPECT_EQ(One("select count(*) from TabHeader"), "0");
+}
+
+TEST_F(PeriodEditor, ListIsInTheOrderOfTheKeys) {
+  Saved("2011");
+  Saved("2009");
+  const auto items = List();
+  ASSERT_EQ(items.size(), 2U);
+  EXPECT_EQ(items[0].period, (PeriodKey{"2009", "2009-01-01", "2009-12-31"}));
+  EXPECT_EQ(items[0].basis, "C");
+  EXPECT_EQ(items[0].dataSys, "15-01-2026");
+  EXPECT_EQ(items[1].companyName, "Padaria D'Avila, Lda");
+  EXPECT_TRUE(FindPeriod(context, *server.Open("Korvel0001"), items[1].period));
+  EXPECT_FALSE(FindPeriod(context, *server.Open("Korvel0001"), {"2011", "x' or '1'='1", ""}));
+}
+
+class PeriodDeletion : public PeriodEditor {
+ protected:
+  PeriodDeletion() {
+    for (const PeriodTable& table : kPeriodTables) {
+      const std::string into = "insert into " + std::string(table.name);
+      if (table.byCustomer) {
+        Script(into +
+               " (FiscalYear,StartDate,EndDate,Cliente) values ('2010','2010-01-01','2010-12-31','X'),"
+               "('2011','2010-01-01','2010-12-31','X')");
+      } else {
+        Script(into +
+               " (FiscalYear,StartDate,EndDate) values ('2010','2010-01-01','2010-12-31'),"
+               "('2010','2010-01-01','2010-12-30')");
+      }
+    }
+  }
+  std::vector<std::string> Counts() {
+    std::vector<std::string> counts;
+    for (const PeriodTable& table : kPeriodTables) {
+      counts.push_back(One("select count(*) from " + std::string(table.name)));
+    }
+    return counts;
+  }
+};
+
+TEST_F(PeriodDeletion, TakesThePeriodAndLeavesTheOthers) {
+  server.dialogs.confirmations = {true};
+  ASSERT_TRUE(EliminarHeader(context, {List().front()}));
+  EXPECT_EQ(Counts(), std::vector<std::string>(10, "1"));
+  EXPECT_EQ(server.dialogs.Texts().back(), "ESTE PROCESSO É IRREVERSÍVEL!");
+  EXPECT_EQ(server.dialogs.deletions.back().text, "Pretende Eliminar o Registo '2010 - ?");
+}
+
+TEST_F(PeriodDeletion, OfAnotherCustomerTakesTheAccountingTablesAlone) {
+  PeriodListItem item = List().front();
+  item.cliente = "Y";
+  server.dialogs.confirmations = {true};
+  ASSERT_TRUE(EliminarHeader(context, {item}));
+  EXPECT_EQ(Counts(), (std::vector<std::string>{"2", "1", "1", "1", "2", "2", "2", "1", "2", "1"}));
+}
+
+TEST_F(PeriodDeletion, NeedsOneRowAndAYes) {
+  EXPECT_FALSE(EliminarHeader(context, {}));
+  EXPECT_FALSE(EliminarHeader(context, List()));
+  EXPECT_EQ(server.dialogs.LastText(), "Apenas pode seleccionar um registo para eliminar.");
+  server.dialogs.confirmations = {false};
+  EXPECT_FALSE(EliminarHeader(context, {List().front()}));
+  EXPECT_EQ(Counts(), std::vector<std::string>(10, "2"));
+}
+
+TEST_F(PeriodDeletion, HostileCustomerDoesNoHarm) {
+  PeriodListItem item = List().front();
+  item.cliente = "' or ''='";
+  server.dialogs.confirmations = {true};
+  ASSERT_TRUE(EliminarHeader(context, {item}));
+  EXPECT_EQ(One("select count(*) from TabHeader"), "2");
+}
+
+TEST_F(PeriodDeletion, FailureInTheMiddleKeepsEverything) {
+  Script("drop table TabTaxTablePOC");
+  server.dialogs.confirmations = {true};
+  EXPECT_THROW(EliminarHeader(context, {List().front()}), data::Error);
+  EXPECT_EQ(One("select count(*) from TabHeader"), "2");
+  EXPECT_EQ(One("select count(*) from TabCustomerGEST"), "2");
+}
+
+}  // namespace
+}  // namespace korvel::periods
