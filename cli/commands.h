@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "cli/command.h"
+
+namespace korvel::cli {
+
+// One function a command; each is made in the file of commands/ that is named after it.
+std::unique_ptr<Command> MakeSql();
+std::unique_ptr<Command> MakeEmpresaCriar();
+std::unique_ptr<Command> MakeEmpresaListar();
+std::unique_ptr<Command> MakeActualizar();
+std::unique_ptr<Command> MakeParametrosDefinir();
+std::unique_ptr<Command> MakeParametrosMostrar();
+std::unique_ptr<Command> MakeArmazemDefinir();
+std::unique_ptr<Command> MakePeriodoCriar();
+std::unique_ptr<Command> MakePeriodoListar();
+std::unique_ptr<Command> MakePeriodoEliminar();
+std::unique_ptr<Command> MakeAssistente();
+std::unique_ptr<Command> MakeExportar();
+std::unique_ptr<Command> MakeDemo();
+/// The five commands "extrair ...".
+CommandList MakeExtrair();
+
+/// All commands, in the order of the help.
+CommandList MakeCommands();
+/// What the first word of a two-word command stands for.
+std::string GroupSummary(std::string_view word);
+
+}  // namespace korvel::cli

@@ -1,0 +1,72 @@
+#include "demo/demo_company.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <ostream>
+
+#include "cli/commands.h"
+#include "cli/failures.h"
+#include "toolkit/numbers.h"
+
+namespace korvel::cli {
+
+namespace {
+
+std::int64_t WholeNumber(std::string_view option, const std::string& text, std::int64_t low,
+                         std::int64_t high) {
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number < low || number > high) {
+    throw UsageError(fmt::format("A opção {} pede um número inteiro de {} a {}.", option, low, high));
+  }
+  return number;
+}
+
+class Demo final : public Command {
+ public:
+  std::string_view Path() const override { return "demo"; }
+  std::string_view Summary() const override {
+    return "Cria a empresa de demonstração 0001 com a sua contabilidade";
+  }
+
+  void Declare(CLI::App& app) override {
+    app.add_option("--linhas", lines_, "Cerca de quantos movimentos contabilísticos (2000)")->type_name("N");
+    app.add_option("--ano", year_, "Ano da contabilidade (2025)")->type_name("ANO");
+  }
+
+  bool Run(Workspace& workspace) override {
+    demo::LunderOptions options;
+    if (!lines_.empty()) options.lines = WholeNumber("--linhas", lines_, 1, 100'000'000);
+    if (!year_.empty()) options.year = static_cast<int>(WholeNumber("--ano", year_, 2000, 2078));
+    workspace.Login();
+    const auto made = demo::MakeDemoCompany(workspace.Context(), options);
+    if (!made) return false;
+    Report(workspace, *made, options.year);
+    return true;
+  }
+
+ private:
+  static void Report(Workspace& workspace, const demo::LunderSummary& made, int year) {
+    const session::SessionRecord& session = workspace.Context().session;
+    workspace.Out() << fmt::format("Empresa {} - {}\n", session.gCodEmpresa, session.gNomeEmpresa)
+                    << fmt::format("Contabilidade {} em {}, ano {}:\n", demo::kLunderDatabase,
+                                   session.gServidor, year)
+                    << fmt::format("  {:>9} contas, com {} clientes e {} fornecedores\n", made.accounts,
+                                   made.customers, made.suppliers)
+                    << fmt::format("  {:>9} lançamentos com {} linhas\n", made.entries, made.lines)
+                    << fmt::format("  {} EUR a débito e a crédito\n",
+                                   toolkit::FDNum(made.totalDebit, 2, "", "", session.Marks()));
+  }
+
+  std::string lines_;
+  std::string year_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeDemo() {
+  return std::make_unique<Demo>();
+}
+
+}  // namespace korvel::cli

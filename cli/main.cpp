@@ -1,0 +1,72 @@
+#include <signal.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "cli/program.h"
+#include "toolkit/settings_file.h"
+#include "toolkit/system_clock.h"
+
+namespace {
+
+volatile std::sig_atomic_t interruptions = 0;
+
+/// The first Ctrl+C asks long work to end and roll back; a second one ends the process at once.
+void WatchInterruptions() {
+  struct sigaction action {};
+  action.sa_handler = [](int) { interruptions = 1; };
+  action.sa_flags = static_cast<int>(SA_RESETHAND);
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+}
+
+std::string Variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+/// KORVEL_DADOS, or the user's data folder.
+std::filesystem::path ServersFolder() {
+  if (const std::string folder = Variable("KORVEL_DADOS"); !folder.empty()) return folder;
+  if (const std::string folder = Variable("XDG_DATA_HOME"); !folder.empty()) {
+    return std::filesystem::path(folder) / "korvel";
+  }
+  const std::string home = Variable("HOME");
+  if (home.empty()) throw std::runtime_error("Defina KORVEL_DADOS, a pasta dos servidores embebidos.");
+  return std::filesystem::path(home) / ".local" / "share" / "korvel";
+}
+
+int Run(const std::vector<std::string>& arguments) {
+  const korvel::toolkit::SystemClock clock;
+  korvel::toolkit::SettingsFile settings(korvel::toolkit::DefaultSettingsPath());
+  const korvel::cli::CommandEnvironment environment{.out = std::cout,
+                                                    .err = std::cerr,
+                                                    .errIsTerminal = isatty(STDERR_FILENO) == 1,
+                                                    .serversFolder = ServersFolder(),
+                                                    .settings = settings,
+                                                    .clock = clock,
+                                                    .interrupted = [] { return interruptions != 0; }};
+  const auto exit = korvel::cli::RunKorvelctl(arguments, environment);
+  if (!std::cout.flush()) throw std::runtime_error("Não foi possível escrever a saída.");
+  return static_cast<int>(exit);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::ios::sync_with_stdio(false);
+  WatchInterruptions();
+  try {
+    return Run({argv + 1, argv + argc});
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return static_cast<int>(korvel::cli::Exit::Refused);
+  }
+}
