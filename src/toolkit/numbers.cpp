@@ -15,35 +15,51 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// Collects a numeric prefix character by character. Its text fits a string without allocation as a rule.
+[[noreturn]] void Overflow() {
+  throw std::overflow_error("valor monetário fora dos limites");
+}
+
+/// Collects a numeric prefix character by character, without allocation: millions of them are read in one export.
 class PrefixScan {
  public:
   /// False once the number has ended; the character is not part of it then.
   bool Take(char c) {
-    if (c == ' ' && prefix_.empty()) return true;
-    const bool sign = (c == '-' || c == '+') && prefix_.empty();
-    const bool point = c == '.' && !pointSeen_;
-    if (!sign && !point && !IsDigit(c)) return false;
-    pointSeen_ |= point;
-    digitSeen_ |= IsDigit(c);
-    prefix_ += c;
+    if (IsDigit(c)) {
+      digitSeen_ = true;
+    } else if (c == '.' && !pointSeen_) {
+      pointSeen_ = true;
+    } else if (size_ > 0 || (c != '-' && c != '+')) {
+      return c == ' ' && size_ == 0;
+    }
+    Keep(c);
     return true;
   }
 
   Currency Value() const {
     if (!digitSeen_) return {};
-    if (const auto value = Currency::FromText(prefix_)) return *value;
-    throw std::overflow_error("valor monetário fora dos limites");
+    if (const auto value = Currency::FromText({prefix_.data(), size_})) return *value;
+    Overflow();
   }
 
  private:
-  std::string prefix_;
+  void Keep(char c) {
+    if (size_ < prefix_.size()) {
+      prefix_[size_++] = c;
+    } else if (!pointSeen_) {
+      Overflow();
+    }  // decimals that far behind the mark change nothing
+  }
+
+  std::array<char, 64> prefix_;
+  std::size_t size_ = 0;
   bool pointSeen_ = false;
   bool digitSeen_ = false;
 };
 
+/// `text` is not empty.
 bool StartsWith(std::string_view text, std::string_view mark) {
-  return !mark.empty() && text.starts_with(mark);
+  // The first characters are compared in line: this runs for each character of each number of a file.
+  return !mark.empty() && text.front() == mark.front() && text.starts_with(mark);
 }
 
 Currency ReadWithMarks(std::string_view text, std::string_view thousands, std::string_view decimal) {

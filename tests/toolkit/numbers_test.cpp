@@ -70,6 +70,8 @@ TEST(NumericPrefix, RefusesWhatDoesNotFit) {
   EXPECT_EQ(NumericPrefix("922337203685477.5807"), Currency::FromUnits(INT64_MAX));
   EXPECT_THROW(NumericPrefix("922337203685477.5808"), std::overflow_error);
   EXPECT_THROW(NumericPrefix("99999999999999999999999999"), std::overflow_error);
+  EXPECT_THROW(NumericPrefix(std::string(100, '9')), std::overflow_error);
+  EXPECT_EQ(NumericPrefix("0.12345" + std::string(100, '9')), Money("0.1235"));
 }
 
 TEST(TextoParaValor, ReadsWithTheSessionSymbols) {
