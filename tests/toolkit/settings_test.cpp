@@ -10,6 +10,7 @@
 #include <string>
 
 #include "support/scripted_ports.h"
+#include "support/temp_folder.h"
 #include "toolkit/regional.h"
 #include "toolkit/system_clock.h"
 
@@ -42,17 +43,12 @@ class Variable {
 
 class SettingsFileTest : public testing::Test {
  protected:
-  SettingsFileTest() {
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-  }
-  ~SettingsFileTest() override { fs::remove_all(folder_); }
-
   std::size_t FilesInFolder() const {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+    return static_cast<std::size_t>(
+        std::distance(fs::directory_iterator(folder_.Path()), fs::directory_iterator()));
   }
 
-  const fs::path folder_ = fs::path(testing::TempDir()) / ("korvel-settings-" + std::to_string(getpid()));
+  const test::TempFolder folder_;
   const fs::path file_ = folder_ / "korvel.ini";
 };
 
@@ -89,7 +85,7 @@ TEST_F(SettingsFileTest, RefusesWhatItCannotKeep) {
 
 TEST_F(SettingsFileTest, SaysWhenTheStoreCannotBeWritten) {
   std::ofstream(folder_ / "ficheiro") << "x";
-  SettingsFile settings(folder_ / "ficheiro" / "korvel.ini");
+  SettingsFile settings(folder_ / "ficheiro/korvel.ini");
   EXPECT_THROW(settings.Write("A", "x", "1"), std::runtime_error);
 }
 
