@@ -5,10 +5,20 @@
 
 #include <functional>
 #include <optional>
+#include <ostream>
 #include <vector>
 
 #include "contract/drivers.h"
 #include "data/error.h"
+
+namespace korvel::data {
+
+/// How a failed comparison shows a value.
+inline void PrintTo(const Value& value, std::ostream* out) {
+  *out << (value.IsNull() ? "NULL" : ToText(value));
+}
+
+}  // namespace korvel::data
 
 namespace korvel::test {
 

@@ -160,6 +160,7 @@ std::int64_t Column::Integer(std::size_t row) const {
 }
 
 Currency Column::Money(std::size_t row) const {
+  if (field_.type == Type::Money) return ReadMoney(RawText(row), field_.name);
   return ToMoney(Get(row), field_.name);
 }
 
@@ -179,7 +180,7 @@ Value Column::Get(std::size_t row) const {
     default:
       break;
   }
-  if (field_.type == Type::Money) return ToMoney(RawText(row), field_.name);
+  if (field_.type == Type::Money) return ReadMoney(RawText(row), field_.name);
   if (field_.type == Type::Numeric) return FromNumeric(RawText(row), field_.scale);
   return RawText(row);
 }

@@ -56,13 +56,7 @@ struct MoneyReader {
   Currency operator()(Currency money) const { return money; }
   Currency operator()(const DateTime&) const { Fail(column, "valor"); }
   Currency operator()(double number) const { return (*this)(fmt::format("{:.4f}", number)); }
-  Currency operator()(const std::string& text) const {
-    const std::string_view trimmed = Trimmed(text);
-    if (trimmed.empty()) return {};
-    const auto money = Currency::FromText(trimmed);
-    if (!money) Fail(column, "valor");
-    return *money;
-  }
+  Currency operator()(const std::string& text) const { return ReadMoney(text, column); }
 };
 
 struct DateReader {
@@ -91,6 +85,14 @@ const Value::variant& Alternatives(const Value& value) {
 
 std::int64_t ToInteger(const Value& value, std::string_view column) {
   return std::visit(IntegerReader{column}, Alternatives(value));
+}
+
+Currency ReadMoney(std::string_view text, std::string_view column) {
+  const std::string_view trimmed = Trimmed(text);
+  if (trimmed.empty()) return {};
+  const auto money = Currency::FromText(trimmed);
+  if (!money) Fail(column, "valor");
+  return *money;
 }
 
 Currency ToMoney(const Value& value, std::string_view column) {

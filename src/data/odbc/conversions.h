@@ -11,6 +11,8 @@ namespace korvel::data::odbc {
 /// Each throws Error(Failure::Conversion) that names `column` but never the value.
 std::int64_t ToInteger(const Value& value, std::string_view column);
 Currency ToMoney(const Value& value, std::string_view column);
+/// As ToMoney, of a text as a driver gives it.
+Currency ReadMoney(std::string_view text, std::string_view column);
 DateTime ToDate(const Value& value, std::string_view column);
 
 }  // namespace korvel::data::odbc

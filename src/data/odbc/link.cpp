@@ -50,24 +50,21 @@ void Link::Close() noexcept {
 }
 
 std::string Link::Database() const {
-  RequireOpen();
   std::array<SQLCHAR, 512> name{};
   SQLINTEGER length = 0;
-  connection_.Check(SQLGetConnectAttr(Get(), SQL_ATTR_CURRENT_CATALOG, name.data(),
+  connection_.Check(SQLGetConnectAttr(OpenHandle(), SQL_ATTR_CURRENT_CATALOG, name.data(),
                                       static_cast<SQLINTEGER>(name.size()), &length));
   return reinterpret_cast<const char*>(name.data());
 }
 
 void Link::SetAutocommit(bool on) {
-  RequireOpen();
   connection_.Check(
-      SQLSetConnectAttr(Get(), SQL_ATTR_AUTOCOMMIT, AsPointer(AutocommitMode(on)), SQL_IS_UINTEGER));
+      SQLSetConnectAttr(OpenHandle(), SQL_ATTR_AUTOCOMMIT, AsPointer(AutocommitMode(on)), SQL_IS_UINTEGER));
   autocommit_ = on;
 }
 
 void Link::End(SQLSMALLINT completion) {
-  RequireOpen();
-  connection_.Check(SQLEndTran(SQL_HANDLE_DBC, Get(), completion));
+  connection_.Check(SQLEndTran(SQL_HANDLE_DBC, OpenHandle(), completion));
   try {
     SetAutocommit(true);
   } catch (const Error&) {
@@ -76,8 +73,9 @@ void Link::End(SQLSMALLINT completion) {
   }
 }
 
-void Link::RequireOpen() const {
-  if (!connected_) throw Error(Failure::NoServer, 0, "08003", "A ligação está fechada");
+SQLHDBC Link::OpenHandle() const {
+  if (!IsOpen()) throw Error(Failure::NoServer, 0, "08003", "A ligação está fechada ou perdeu-se");
+  return Get();
 }
 
 }  // namespace korvel::data::odbc

@@ -28,11 +28,12 @@ class Link {
   void End(SQLSMALLINT completion);
 
   int TimeoutSeconds() const { return timeoutSeconds_; }
-  SQLHDBC Get() const { return connection_.Get(); }
+  /// The handle for a new statement. Throws Error when the link is closed or lost.
+  SQLHDBC OpenHandle() const;
 
  private:
   friend class Statement;
-  void RequireOpen() const;
+  SQLHDBC Get() const { return connection_.Get(); }
 
   Handle environment_;
   Handle connection_;

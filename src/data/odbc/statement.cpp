@@ -3,17 +3,8 @@
 #include "data/odbc/bound_parameters.h"
 
 namespace korvel::data::odbc {
-namespace {
-
-const std::shared_ptr<Link>& Open(const std::shared_ptr<Link>& link) {
-  if (!link->IsOpen()) throw Error(Failure::NoServer, 0, "08003", "A ligação está fechada");
-  return link;
-}
-
-}  // namespace
-
 Statement::Statement(std::shared_ptr<Link> link)
-    : link_(std::move(link)), handle_(SQL_HANDLE_STMT, Open(link_)->Get()) {
+    : link_(std::move(link)), handle_(SQL_HANDLE_STMT, link_->OpenHandle()) {
   Set(SQL_ATTR_QUERY_TIMEOUT, AsPointer(static_cast<SQLULEN>(link_->TimeoutSeconds())));
   link_->running_ = this;
 }
