@@ -56,12 +56,14 @@ SchemaCheck::~SchemaCheck() = default;
 
 std::vector<std::string> SchemaCheck::Faults(std::string_view document) const {
   std::vector<std::string> faults;
-  const Owned<xmlDoc, xmlFreeDoc> tree(
-      xmlReadMemory(document.data(), static_cast<int>(document.size()), "document", nullptr, XML_PARSE_NOERROR));
+  const Owned<xmlDoc, xmlFreeDoc> tree(xmlReadMemory(document.data(), static_cast<int>(document.size()),
+                                                     "document", nullptr, XML_PARSE_NOERROR));
   if (!tree) return {"not well-formed"};
-  const Owned<xmlSchemaValidCtxt, xmlSchemaFreeValidCtxt> validator(xmlSchemaNewValidCtxt(schema_->compiled.get()));
+  const Owned<xmlSchemaValidCtxt, xmlSchemaFreeValidCtxt> validator(
+      xmlSchemaNewValidCtxt(schema_->compiled.get()));
   xmlSchemaSetValidStructuredErrors(validator.get(), Collect, &faults);
-  if (xmlSchemaValidateDoc(validator.get(), tree.get()) < 0) throw std::runtime_error("the schema check failed");
+  if (xmlSchemaValidateDoc(validator.get(), tree.get()) < 0)
+    throw std::runtime_error("the schema check failed");
   return faults;
 }
 

@@ -1,0 +1,128 @@
+#include "staged_company.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "data/sql_text.h"
+#include "databases/company_upgrade.h"
+#include "toolkit/code_page.h"
+
+namespace korvel::test {
+
+namespace {
+
+using Row = std::map<std::string_view, std::string>;
+
+void Put(Row& row, std::initializer_list<Cell> cells) {
+  for (const Cell& cell : cells) row[cell.column] = cell.value ? data::Quoted(cell.value) : "NULL";
+}
+
+std::string InsertStatement(std::string_view table, const Row& row) {
+  std::string columns;
+  std::string values;
+  for (const auto& [column, value] : row) {
+    columns.append(columns.empty() ? "[" : ",[").append(column).append("]");
+    values.append(values.empty() ? "" : ",").append(value);
+  }
+  return "Insert into " + std::string(table) + " (" + columns + ") values (" + values + ")";
+}
+
+}  // namespace
+
+StagedCompany::StagedCompany() {
+  UseCompany("0001");
+  EXPECT_TRUE(databases::ActDBaseExecuta(Context(), session.gBaseDados).ran);
+  dialogs.Clear();
+}
+
+void StagedCompany::Add(std::string_view table, std::initializer_list<Cell> cells) {
+  Row row{{"FiscalYear", "'2010'"}, {"StartDate", "'2010-01-01'"}, {"EndDate", "'2010-12-31'"}};
+  Put(row, cells);
+  Run(session.gBaseDados, InsertStatement(table, row));
+}
+
+void StagedCompany::AddHeader(std::string_view basis, std::initializer_list<Cell> cells) {
+  const std::string letter(basis);
+  Row row{{"FiscalYear", "'2010'"}, {"StartDate", "'2010-01-01'"}, {"EndDate", "'2010-12-31'"}};
+  Put(row, {{"AuditFileVersion", "1.01_01"},
+            {"CompanyID", "508123453"},
+            {"TaxRegistrationNumber", "508123453"},
+            {"TaxAccountingBasis", letter.c_str()},
+            {"CompanyName", "Pão & Filhos, Lda"},
+            {"AddressDetail", "Rua d'Além, 1"},
+            {"City", "Ponta Delgada"},
+            {"PostalCode", "9500-053"},
+            {"Country", "PT"},
+            {"CurrencyCode", "EUR"},
+            {"DateCreated", "2010-12-31"},
+            {"TaxEntity", "Sede"},
+            {"ProductCompanyTaxId", "508123453"},
+            {"SoftwareCertificateNumber", "0"},
+            {"ProductID", "Korvel/Morvane"},
+            {"ProductVersion", "1.0.0"}});
+  Put(row, cells);
+  Run(session.gBaseDados, InsertStatement("TabHeader", row));
+}
+
+void StagedCompany::AddLine(const char* journal, const char* transaction, const char* record,
+                            const char* month, std::initializer_list<Cell> cells) {
+  Row row{{"FiscalYear", "'2010'"}, {"StartDate", "'2010-01-01'"}, {"EndDate", "'2010-12-31'"}};
+  Put(row, {{"NumberOfEntries", "3"},
+            {"TotalDebit", "1.234,50"},
+            {"TotalCredit", "0"},
+            {"JournalID", journal},
+            {"JournalDescription", "Caixa"},
+            {"TransactionID", transaction},
+            {"Period", month},
+            {"TransactionDate", "2010-01-02"},
+            {"SourceID", "ANA"},
+            {"Description", "Venda"},
+            {"DocArchivalNumber", "7"},
+            {"TransactionType", "N"},
+            {"GLPostingDate", "2010-01-02T09:00:00"},
+            {"RecordID", record},
+            {"AccountID", "111"},
+            {"SystemEntryDate", "2010-01-02T09:00:00"},
+            {"LineDescription", "Linha"},
+            {"DebitAmount", "10"},
+            {"CreditAmount", "0"}});
+  Put(row, cells);
+  Run(session.gBaseDados, InsertStatement("TabGeneralLedgerEntriesPOC", row));
+}
+
+auditfile::ExportOptions StagedCompany::Options(periods::Basis basis) const {
+  auditfile::ExportOptions options = auditfile::OptionsFor(basis);
+  options.txtPastaExportacao = target.Path().string();
+  return options;
+}
+
+auditfile::ExportResult StagedCompany::Export(const auditfile::ExportOptions& options) {
+  return auditfile::ExportaSaft(Context(), options, period, "", true);
+}
+
+std::string StagedCompany::Exported(const auditfile::ExportOptions& options) {
+  const auditfile::ExportResult result = Export(options);
+  EXPECT_TRUE(result.ok) << result.error;
+  return result.files.empty() ? std::string() : ReadFile(result.files.back());
+}
+
+std::string OneLine(std::string_view layout) {
+  std::string text;
+  bool lineBegins = true;
+  for (const char c : layout) {
+    if (c == '\n') lineBegins = true;
+    if (c == '\n' || (c == ' ' && lineBegins)) continue;
+    lineBegins = false;
+    text += c;
+  }
+  return toolkit::ToCodePage(text).bytes;
+}
+
+std::size_t CountOf(std::string_view text, std::string_view part) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string_view::npos; at += part.size()) ++count;
+  return count;
+}
+
+}  // namespace korvel::test

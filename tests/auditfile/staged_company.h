@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "auditfile/export_run.h"
+#include "support/scripted_world.h"
+
+namespace korvel::test {
+
+/// A column's value in a test row: quoted text, or NULL.
+struct Cell {
+  std::string_view column;
+  const char* value;  // nullptr: NULL
+};
+
+/// A company with its tables and nothing in them, and a folder to export to.
+class StagedCompany : public TestServer {
+ public:
+  StagedCompany();
+
+  /// Inserts a row of a staged table for the period 2010, other values as given; later cells replace earlier ones.
+  void Add(std::string_view table, std::initializer_list<Cell> cells);
+  /// A header of that kind with a value in every column that the file always shows.
+  void AddHeader(std::string_view basis, std::initializer_list<Cell> cells = {});
+  /// A ledger line: journal, transaction, line number and month, with a debit.
+  void AddLine(const char* journal, const char* transaction, const char* record, const char* month,
+               std::initializer_list<Cell> cells = {});
+
+  auditfile::ExportOptions Options(periods::Basis basis = periods::Basis::Accounting) const;
+  auditfile::ExportResult Export(const auditfile::ExportOptions& options);
+  /// Exports silently and gives the file's bytes; fails the test when the run does.
+  std::string Exported(const auditfile::ExportOptions& options);
+
+  const periods::PeriodKey period{"2010", "2010-01-01", "2010-12-31"};
+  const TempFolder target;
+};
+
+/// A text laid out over lines, without its line breaks and the blanks that begin a line, in the file's code page.
+std::string OneLine(std::string_view layout);
+/// How often a text stands in another.
+std::size_t CountOf(std::string_view text, std::string_view part);
+
+}  // namespace korvel::test
