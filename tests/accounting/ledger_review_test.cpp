@@ -27,26 +27,6 @@ class LedgerReviewTest : public test::LunderWorld {
   }
 };
 
-TEST_F(LedgerReviewTest, TheGridIsLaidOutAsTheFormHasIt) {
-  std::string layout;
-  for (const periods::Column& column : MovimentosTable().columns) {
-    layout += std::string(column.heading) + "," + std::to_string(column.width);
-    if (column.alignment != periods::Alignment::Left) {
-      layout += column.alignment == periods::Alignment::Right ? ",D" : ",C";
-    }
-    layout += "/";
-  }
-  EXPECT_EQ(layout,
-            "Nº Registo,0/Total de Registos,1200,D/Total a Débito,1500,D/Total a "
-            "Crédito,1500,D/Diários,0/Diário,1000/"
-            "Descrição do Diário,2000/Transacções,1000/Chave Únida do Movimento,1000/Período,1000,C/"
-            "Data do Movimento,1000/Utilizador,1000/Descrição do Movimento,2000/Nº do Arquivo,2000/"
-            "Tipificação do Movimentos,1000,C/Data de Gravação do Movimento,2000/Código do Cliente,1200/"
-            "Código do Fornecedor,1200/Linhas,1000/Chave Únida da Linha,1000/Conta POC,1200/"
-            "Tipo e Número Doc. Comercial,1000/Data de Gravação,2000/Descrição da Linha do Documento,2000/"
-            "Valor a Débito,1100,D/Valor a Crédito,1100,D/");
-}
-
 TEST_F(LedgerReviewTest, NothingStagedIsSaid) {
   EXPECT_EQ(VerRegistos(server.Context(), period, Confirmation::Ask), nullptr);
   EXPECT_EQ(LastText(), "Não tem registos para Visualizar.");
