@@ -1,0 +1,264 @@
+#include "automation/wizard.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "databases/version.h"
+#include "demo/demo_company.h"
+#include "support/scripted_world.h"
+
+namespace korvel::automation {
+namespace {
+
+namespace fs = std::filesystem;
+using periods::Basis;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// The demonstration company with a year of books and nothing staged.
+class DemoCompany : public test::TestServer {
+ public:
+  DemoCompany() {
+    EXPECT_TRUE(demo::MakeDemoCompany(Context(), {.year = 2025, .lines = 300}));
+    dialogs.Clear();
+  }
+
+  WizardInput Year() const {
+    WizardInput input{"2025", "2025-01-01", "2025-12-31", Basis::Accounting, target.Path().string(), true,
+                      {}};
+    return input;
+  }
+  WizardResult Run(const WizardInput& input) {
+    changes.clear();
+    return Assistente(Context(), input, [this](const StepReport& step) {
+      changes.push_back(std::string(step.key) + " " + std::string(StatusText(step.status)));
+    });
+  }
+  std::string Value(std::string_view query) { return One(session.gBaseDados, query); }
+  void Change(std::string_view script) { TestServer::Run(session.gBaseDados, script); }
+  std::vector<std::string> History() {
+    return Rows(
+        session.gBaseDados,
+        "Select DataEnvio,HoraEnvio,DataInicial,DataFinal,Ficheiro,Observa,Status from HistoricoEnvio");
+  }
+  /// A row staged by hand, which a rebuilt period no longer has.
+  void StageByHand() {
+    Change(
+        "Insert into TabCustomerPOC (FiscalYear,StartDate,EndDate,CustomerID) "
+        "values ('2025','2025-01-01','2025-12-31','by hand')");
+  }
+  bool HandStagedIsThere() {
+    return Value("Select count(*) from TabCustomerPOC where CustomerID='by hand'") == "1";
+  }
+
+  const test::TempFolder target;
+  std::vector<std::string> changes;  // of statuses, in their order
+};
+
+std::vector<std::string> Keys(Basis basis) {
+  std::vector<std::string> keys;
+  for (const StepReport& step : StepsFor(basis)) keys.emplace_back(step.key);
+  return keys;
+}
+
+TEST(Wizard, StepsByBasis) {
+  EXPECT_THAT(Keys(Basis::Accounting), ElementsAre("C_Contas", "C_Clientes", "C_Fornecedores", "C_Impostos",
+                                                   "C_Movimentos", "Exporta"));
+  EXPECT_THAT(Keys(Basis::Billing),
+              ElementsAre("G_Clientes", "G_Produtos", "G_Impostos", "G_Movimentos", "Exporta"));
+  EXPECT_THAT(Keys(Basis::Integrated), ElementsAre("C_Contas", "C_Fornecedores", "C_Movimentos", "G_Clientes",
+                                                   "G_Produtos", "G_Impostos", "G_Movimentos", "Exporta"));
+}
+
+TEST(Wizard, DatesOfAMonth) {
+  const struct {
+    std::string_view month;
+    std::string_view first;
+    std::string_view last;
+  } cases[] = {{"02", "2024-02-01", "2024-02-29"},
+               {"12", "2024-12-01", "2024-12-31"},
+               {"365", "2024-01-01", "2024-12-31"}};
+  for (const auto& [month, first, last] : cases) {
+    const auto dates = DatesOf("2024", month);
+    ASSERT_TRUE(dates) << month;
+    EXPECT_EQ(dates->first, first);
+    EXPECT_EQ(dates->last, last);
+  }
+  EXPECT_FALSE(DatesOf("2024", "13"));
+  EXPECT_FALSE(DatesOf("", "365"));
+  EXPECT_FALSE(DatesOf("2024", ""));
+}
+
+TEST(Wizard, ChecksStopBeforeAnythingHappens) {
+  DemoCompany company;
+  company.StageByHand();
+  const struct {
+    std::string WizardInput::*field;
+    std::string value;
+    std::string message;
+    std::string focus;
+  } cases[] = {
+      {&WizardInput::txtAno, " ", "Não definiu o Ano!", "txtAno"},
+      {&WizardInput::edatStartDate, "", "Não definiu a Data Inicial!", "edatStartDate"},
+      {&WizardInput::edatEndDate, "", "Não definiu a Data Final!", "edatEndDate"},
+      {&WizardInput::txtPastaExportacao, " ", "Não definiu a Pasta para Exportação!", "txtPastaExportacao"},
+      {&WizardInput::edatEndDate, "2024-12-31", "As Datas não estão bem definidas!", "edatEndDate"},
+  };
+  for (const auto& [field, value, message, focus] : cases) {
+    WizardInput input = company.Year();
+    input.*field = value;
+    const WizardResult result = company.Run(input);
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.error, message);
+    EXPECT_EQ(company.dialogs.LastText(), message);
+    EXPECT_EQ(company.dialogs.LastFocus(), focus);
+  }
+  EXPECT_TRUE(company.HandStagedIsThere());
+  EXPECT_THAT(company.History(), testing::IsEmpty());
+}
+
+TEST(Wizard, ARefusedQuestionChangesNothing) {
+  DemoCompany company;
+  company.StageByHand();
+  WizardInput input = company.Year();
+  input.automatico = false;
+  company.dialogs.answers = {1};
+  EXPECT_FALSE(company.Run(input).ok);
+  company.dialogs.answers = {0, 1};
+  EXPECT_FALSE(company.Run(input).ok);
+  ASSERT_EQ(company.dialogs.questions.size(), 3u);
+  EXPECT_EQ(company.dialogs.questions[1].text, "Confirma o Processamento?");
+  EXPECT_EQ(company.dialogs.questions[2].text, "Período já Configurado.\nSubstituir o existente?");
+  EXPECT_THAT(company.dialogs.questions[2].buttons, ElementsAre("&Sim", "&Não"));
+  EXPECT_TRUE(company.HandStagedIsThere());
+  EXPECT_THAT(company.History(), testing::IsEmpty());
+}
+
+TEST(Wizard, NoHeaderOfTheKindDeletesNothing) {
+  DemoCompany company;
+  company.StageByHand();
+  company.Change("Update TabHeader set TaxAccountingBasis='F'");
+  const std::string text = "Deve primeiro criar um registo nas Definições da Empresa (Contabilidade)";
+  EXPECT_EQ(company.Run(company.Year()).error, text);
+  EXPECT_TRUE(company.dialogs.messages.empty()) << "an automatic run shows nothing here";
+  WizardInput input = company.Year();
+  input.automatico = false;
+  company.dialogs.answers = {0};
+  EXPECT_FALSE(company.Run(input).ok);
+  EXPECT_EQ(company.dialogs.LastText(), text);
+  EXPECT_TRUE(company.HandStagedIsThere());
+}
+
+TEST(Wizard, PeriodsWithBillingDataAreLeftAlone) {
+  DemoCompany company;
+  company.StageByHand();
+  company.Change("Update TabHeader set TaxAccountingBasis='I'");
+  WizardInput input = company.Year();
+  input.eselTaxAccountingBasis = Basis::Integrated;
+  const WizardResult result = company.Run(input);
+  EXPECT_FALSE(result.ok);
+  EXPECT_THAT(result.steps, testing::IsEmpty());
+  EXPECT_TRUE(company.HandStagedIsThere());
+}
+
+TEST(Wizard, AYearFromBooksToFile) {
+  DemoCompany company;
+  company.StageByHand();
+  company.Change("Update TabHeader set ProductVersion='0.0.1'");
+  WizardInput input = company.Year();
+  input.automatico = false;
+  company.dialogs.answers = {0, 0};
+  const WizardResult result = company.Run(input);
+  ASSERT_TRUE(result.ok) << result.error << result.exported.error << company.dialogs.LastText();
+  EXPECT_THAT(company.changes,
+              ElementsAre("C_Contas Processando...", "C_Contas OK", "C_Clientes Processando...",
+                          "C_Clientes OK", "C_Fornecedores Processando...", "C_Fornecedores OK",
+                          "C_Impostos Processando...", "C_Impostos OK", "C_Movimentos Processando...",
+                          "C_Movimentos OK", "Exporta Processando...", "Exporta OK"));
+  EXPECT_FALSE(company.HandStagedIsThere());
+  for (const char* table : {"TabGeneralLedger", "TabCustomerPOC", "TabSupplierPOC", "TabTaxTablePOC",
+                            "TabGeneralLedgerEntriesPOC"}) {
+    EXPECT_NE(company.Value("Select count(*) from " + std::string(table)), "0") << table;
+  }
+  EXPECT_THAT(company.Rows(company.session.gBaseDados,
+                           "Select FiscalYear,StartDate,EndDate,ProductVersion from TabHeader"),
+              ElementsAre("2025\t2025-01-01\t2025-12-31\t" + std::string(databases::ProgramVersion())));
+  ASSERT_EQ(result.exported.files.size(), 1u);
+  EXPECT_THAT(test::ReadFile(result.exported.files[0]), HasSubstr("<GeneralLedgerEntries><NumberOfEntries>"));
+  EXPECT_THAT(company.dialogs.LastText(), HasSubstr(result.exported.files[0]));
+  EXPECT_THAT(company.History(),
+              ElementsAre("2026-01-15\t10:30\t2025-01-01\t2025-12-31\t\tExportação com Sucesso\tOK"));
+}
+
+TEST(Wizard, AnotherPeriodTakesTheLastHeaderOfItsKind) {
+  DemoCompany company;
+  company.StageByHand();
+  WizardInput input = company.Year();
+  input.edatStartDate = "2025-03-01";
+  input.edatEndDate = "2025-03-31";
+  EXPECT_TRUE(company.Run(input).ok);
+  EXPECT_TRUE(company.HandStagedIsThere()) << "another period's";
+  EXPECT_THAT(company.Rows(company.session.gBaseDados,
+                           "Select a.StartDate,a.EndDate,b.StartDate from TabHeader a,TabHeader b "
+                           "where a.CompanyName=b.CompanyName and a.StartDate>b.StartDate"),
+              ElementsAre("2025-03-01\t2025-03-31\t2025-01-01"));
+  EXPECT_TRUE(company.dialogs.messages.empty());
+}
+
+TEST(Wizard, AFailedStepEndsTheRunAndKeepsTheStagedRows) {
+  DemoCompany company;
+  company.TestServer::Run(std::string(demo::kLunderDatabase), "drop table TaxasIva");
+  const WizardResult result = company.Run(company.Year());
+  EXPECT_FALSE(result.ok);
+  EXPECT_EQ(company.changes.back(), "C_Impostos Falha");
+  EXPECT_EQ(result.steps.back().status, StepStatus::None);
+  EXPECT_NE(company.Value("Select count(*) from TabSupplierPOC"), "0");
+  EXPECT_THAT(
+      company.History(),
+      ElementsAre(
+          "2026-01-15\t10:30\t2025-01-01\t2025-12-31\t\tExistem falhas na preparação dos dados\tNULL"));
+  EXPECT_TRUE(fs::is_empty(company.target.Path()));
+}
+
+TEST(Wizard, AFailedExportIsTold) {
+  DemoCompany company;
+  WizardInput input = company.Year();
+  input.txtPastaExportacao = (company.target / "none").string();
+  const WizardResult result = company.Run(input);
+  EXPECT_FALSE(result.ok);
+  EXPECT_EQ(company.changes.back(), "Exporta Falha");
+  EXPECT_THAT(result.exported.error, HasSubstr("a pasta não existe"));
+  EXPECT_THAT(company.History(), ElementsAre(HasSubstr("Falha na Exportação\tNULL")));
+}
+
+TEST(Wizard, ARebuildThatFailsLeavesThePeriodWhole) {
+  DemoCompany company;
+  company.StageByHand();
+  company.Change("drop table TabTaxTablePOC");  // the last one to be cleared
+  EXPECT_THROW(company.Run(company.Year()), data::Error);
+  EXPECT_TRUE(company.HandStagedIsThere());
+  EXPECT_EQ(company.Value("Select FiscalYear from TabHeader"), "2025");
+  EXPECT_THAT(company.History(), testing::IsEmpty());
+}
+
+TEST(Wizard, BalancesWithoutJournalsAreWarnedOf) {
+  DemoCompany company;
+  EXPECT_FALSE(company.Run(company.Year()).noJournalTicked);
+  const std::string balances =
+      "Select count(*) from TabGeneralLedger where OpeningDebitBalance<>0 or OpeningCreditBalance<>0";
+  EXPECT_NE(company.Value(balances), "0");
+  company.Change("Update ParamGeral set Header_ApenasDiarioSI='N'");
+  const WizardResult result = company.Run(company.Year());
+  EXPECT_TRUE(result.ok);
+  EXPECT_TRUE(result.noJournalTicked);
+  EXPECT_EQ(company.Value(balances), "0");
+  WizardInput all = company.Year();
+  all.contas = periods::LunderChoice{"1", "8", {}, true};
+  EXPECT_FALSE(company.Run(all).noJournalTicked);
+  EXPECT_NE(company.Value(balances), "0");
+}
+
+}  // namespace
+}  // namespace korvel::automation
