@@ -1,0 +1,41 @@
+#include "data/connect.h"
+
+#include <algorithm>
+
+#include "data/connection_string.h"
+#include "data/embedded/open.h"
+#include "data/odbc/open.h"
+
+namespace korvel::data {
+namespace {
+
+constexpr std::string_view kEmbeddedHost = "(LOCALDB)\\";
+
+char Upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+bool IsEmbedded(std::string_view server) {
+  return server.size() > kEmbeddedHost.size() &&
+         std::equal(kEmbeddedHost.begin(), kEmbeddedHost.end(), server.begin(),
+                    [](char wanted, char given) { return wanted == Upper(given); });
+}
+
+std::unique_ptr<Connection> Open(const ServerSettings& settings, const ConnectionString& target,
+                                 std::string_view password, int timeoutSeconds) {
+  if (!IsEmbedded(target.server)) return OpenOdbc(settings.odbcDriver, target, password, timeoutSeconds);
+  return OpenEmbedded(settings.embeddedFolder, std::string_view(target.server).substr(kEmbeddedHost.size()),
+                      target, password, timeoutSeconds);
+}
+
+}  // namespace
+
+std::unique_ptr<Connection> Connect(const ServerSettings& settings, std::string_view connectionString,
+                                    std::string_view password, int timeoutSeconds) {
+  std::unique_ptr<Connection> connection =
+      Open(settings, ConnectionString::Parse(connectionString), password, timeoutSeconds);
+  connection->Observe(settings.observer);
+  return connection;
+}
+
+}  // namespace korvel::data

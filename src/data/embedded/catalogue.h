@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/embedded/tree.h"
+
+namespace korvel::data::embedded {
+
+class Store;
+
+struct Column {
+  int ordinal = 0;  // stays with the column for life, from 1
+  std::string name;
+  ColumnType type;
+  bool nullable = true;
+  bool identity = false;
+  std::string defaultText;  // T-SQL, empty: none
+  std::string defaultName;
+};
+
+/// A table or view as the catalogue of its database describes it.
+struct Object {
+  std::int64_t id = 0;
+  std::string name;
+  bool view = false;
+  std::vector<Column> columns;
+  std::vector<KeyDefinition> keys;
+
+  const Column* FindColumn(std::string_view column) const;
+  const Column* Identity() const;
+  const KeyDefinition* FindKey(std::string_view key) const;
+};
+
+/// What a database holds, read at one moment. Names compare without regard to case.
+class Catalogue {
+ public:
+  /// Makes the catalogue's tables in a new file, and marks the file as one of this system's.
+  static void Create(Store& store);
+  /// Throws Error (native 824) when the file is no database of this system.
+  static std::shared_ptr<const Catalogue> Load(Store& store);
+  /// The number that every change of a schema raises.
+  static std::int64_t VersionOf(Store& store);
+
+  std::int64_t Version() const { return version_; }
+  const Object* Find(std::string_view name) const;
+  const Object* FindById(std::int64_t id) const;
+  /// By lower-case name, in that order.
+  const std::map<std::string, Object>& Objects() const { return objects_; }
+
+ private:
+  void ReadObjects(Store& store);
+  void ReadColumns(Store& store);
+  void ReadKeys(Store& store);
+
+  std::int64_t version_ = 0;
+  std::map<std::string, Object> objects_;
+  std::map<std::int64_t, Object*> byId_;
+};
+
+}  // namespace korvel::data::embedded

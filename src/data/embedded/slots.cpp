@@ -1,0 +1,62 @@
+#include "data/embedded/slots.h"
+
+#include <fmt/format.h>
+
+#include "data/embedded/errors.h"
+
+namespace korvel::data::embedded {
+namespace {
+
+struct Given {
+  Stored value;
+  ColumnType type;
+};
+
+constexpr ColumnType kIdentityType{Type::Numeric, 0, 38, 0};
+
+Given ValueOf(const Slot& slot, Parameters parameters, const SessionValues& session) {
+  switch (slot.source) {
+    case Slot::Source::RowCount:
+      return {session.rowCount, kInt};
+    case Slot::Source::Identity:
+    case Slot::Source::ScopeIdentity:
+      return {View(session.identity), kIdentityType};
+    case Slot::Source::TransactionCount:
+      return {session.transactionCount, kInt};
+    case Slot::Source::Now:
+      return {TicksNow(), kDateTime};
+    case Slot::Source::Login:
+      return {std::string_view(session.login), Varchar(128)};
+    case Slot::Source::Database:
+      return {std::string_view(session.database), Varchar(128)};
+    case Slot::Source::SysAdmin:
+      return {std::int64_t{session.sysAdmin}, kInt};
+    default:
+      break;
+  }
+  const Parameter& parameter = parameters[static_cast<std::size_t>(slot.parameter)];
+  return {FromParameter(parameter), ParameterType(parameter).value_or(slot.type)};
+}
+
+}  // namespace
+
+void BindSlots(Prepared& statement, const std::vector<Slot>& slots, Parameters parameters,
+               const SessionValues& session, std::vector<OwnedStored>& owned, int before) {
+  owned.clear();
+  owned.reserve(slots.size());
+  std::string scratch;
+  int number = before;
+  for (const Slot& slot : slots) {
+    const Given given = ValueOf(slot, parameters, session);
+    if (!slot.notNull.empty() && std::holds_alternative<Null>(given.value)) {
+      throw Failed(
+          Code::NullRefused,
+          fmt::format("Não é possível inserir o valor NULL na coluna '{}'; a coluna não aceita nulos",
+                      slot.notNull));
+    }
+    owned.push_back(Own(Convert(given.value, given.type, slot.type, slot.mode, slot.style, scratch)));
+    statement.Bind(++number, View(owned.back()));
+  }
+}
+
+}  // namespace korvel::data::embedded

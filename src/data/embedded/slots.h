@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "data/embedded/store.h"
+#include "data/embedded/translation.h"
+
+namespace korvel::data::embedded {
+
+/// What a connection knows of itself and of its last statement.
+struct SessionValues {
+  std::int64_t rowCount = 0;
+  OwnedStored identity;  // Null before the first insert into a table with one
+  std::int64_t transactionCount = 0;
+  std::string login;
+  std::string database;
+  bool sysAdmin = false;
+};
+
+/// Gives every slot of a prepared statement its value, the first slot the parameter behind `before`. Converted texts live in `owned`, which must stay until the
+/// statement is reset; the parameters' own texts must stay as long.
+void BindSlots(Prepared& statement, const std::vector<Slot>& slots, Parameters parameters,
+               const SessionValues& session, std::vector<OwnedStored>& owned, int before = 0);
+
+}  // namespace korvel::data::embedded
