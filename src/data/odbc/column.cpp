@@ -64,6 +64,12 @@ Value FromNumeric(std::string_view text, int scale) {
   return text;
 }
 
+/// Half away from zero: the server rounds money on its way to a whole number, and cuts every other fraction.
+std::int64_t RoundedToWhole(Currency money) {
+  const std::int64_t rest = money.Units() % Currency::kScale;
+  return money.Whole() + (rest >= Currency::kScale / 2 ? 1 : rest <= -Currency::kScale / 2 ? -1 : 0);
+}
+
 /// Bytes that a chunk holds when the driver says that more is to come.
 std::size_t FilledBytes(const std::array<char, kChunk>& chunk) {
   const char* tail = chunk.data() + kChunk - kChunkTail;
@@ -156,6 +162,7 @@ std::string_view Column::Text(std::size_t row) const {
 
 std::int64_t Column::Integer(std::size_t row) const {
   if (CType() == SQL_C_SBIGINT) return IsNull(row) ? 0 : Raw<std::int64_t>(row);
+  if (field_.type == Type::Money) return RoundedToWhole(Money(row));
   return ToInteger(Get(row), field_.name);
 }
 
