@@ -5,10 +5,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#if __has_include("data/embedded/open.h")
 #include "data/embedded/open.h"
-#define GATE 1
-#endif
 #include "data/odbc/odbc_connection.h"
 #include "data/odbc/open.h"
 #include "support/temp_folder.h"
@@ -22,7 +19,6 @@ using data::ConnectionString;
 constexpr int kTimeoutSeconds = 20;
 constexpr std::string_view kDatabase = "Contrato";
 
-#ifdef GATE
 class EmbeddedDriver final : public Driver {
  public:
   EmbeddedDriver() { OpenDatabase("CONTRATO", "master", "")->Execute("create database Contrato"); }
@@ -45,7 +41,6 @@ class EmbeddedDriver final : public Driver {
   TempFolder folder_;
 };
 
-#endif
 class SqliteDriver final : public Driver {
  public:
   bool Has(Feature feature) const override { return feature == Feature::LateChecks; }
@@ -136,9 +131,7 @@ std::string_view NameOf(Feature feature) {
 }
 
 std::unique_ptr<Driver> MakeDriver(std::string_view name) {
-#ifdef GATE
   if (name == "embedded") return std::make_unique<EmbeddedDriver>();
-#endif
   if (name == "odbc-sqlite") return std::make_unique<SqliteDriver>();
   if (name != "sqlserver") throw std::logic_error("No such driver: " + std::string(name));
   const char* server = std::getenv("KORVEL_SQLSERVER");
