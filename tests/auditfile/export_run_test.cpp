@@ -234,9 +234,11 @@ TEST(ExportRun, AKilledRunLeavesTheEarlierFileAndTheNextClearsUp) {
 TEST(ExportChoices, KindOfAPeriod) {
   const std::pair<std::string_view, std::string_view> cases[] = {
       {"I", "I"}, {"C", "C"}, {"F", "G"}, {"Contabilidade", ""}};
+  StagedCompany company;
+  company.AddHeader("C");
   for (const auto& [basis, kind] : cases) {
-    StagedCompany company;
-    company.AddHeader(basis);
+    company.Run(company.session.gBaseDados,
+                "Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
     EXPECT_EQ(TipoSistemaPeriodo(company.Context(), company.period), kind);
     EXPECT_EQ(TipoSistemaPeriodo(company.Context(), "20102010-01-012010-12-31"), kind);
     EXPECT_EQ(TipoSistemaPeriodo(company.Context(), "2011"), "");

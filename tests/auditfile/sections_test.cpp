@@ -101,7 +101,7 @@ const char* const kSmallPeriod = R"(
     </GeneralLedger>
     <Customer>
       <CustomerID>500100144</CustomerID><AccountID>211</AccountID><CustomerTaxID>500100144</CustomerTaxID>
-      <CompanyName>D'Ávila € "?"</CompanyName>
+      <CompanyName>D'Ávila € "&#937;"</CompanyName>
       <BillingAddress>
         <AddressDetail>Rua A</AddressDetail><City>Lisboa</City><PostalCode>1000-001</PostalCode><Country>PT</Country>
       </BillingAddress>
@@ -230,17 +230,19 @@ TEST(Sections, BoxesAndBasisChooseTheSections) {
       {"Contabilidade", all, ""},
       {"C", ExportOptions(), ""},
   };
+  StagedCompany company;
+  company.AddHeader("C");
+  company.Add("TabGeneralLedger", {{"AccountID", "accounts"}});
+  company.Add("TabCustomerPOC", {{"CustomerID", "customersPOC"}});
+  company.Add("TabCustomerGEST", {{"CustomerID", "customersGEST"}});
+  company.Add("TabSupplierPOC", {{"SupplierID", "suppliers"}});
+  company.Add("TabProductGEST", {{"ProductCode", "products"}});
+  company.Add("TabTaxTablePOC", {{"TaxCode", "taxesPOC"}});
+  company.Add("TabTaxTableGEST", {{"TaxCode", "taxesGEST"}});
+  company.AddLine("ledger", "1", "1", "1");
   for (const auto& [basis, options, sections] : cases) {
-    StagedCompany company;
-    company.AddHeader(basis);
-    company.Add("TabGeneralLedger", {{"AccountID", "accounts"}});
-    company.Add("TabCustomerPOC", {{"CustomerID", "customersPOC"}});
-    company.Add("TabCustomerGEST", {{"CustomerID", "customersGEST"}});
-    company.Add("TabSupplierPOC", {{"SupplierID", "suppliers"}});
-    company.Add("TabProductGEST", {{"ProductCode", "products"}});
-    company.Add("TabTaxTablePOC", {{"TaxCode", "taxesPOC"}});
-    company.Add("TabTaxTableGEST", {{"TaxCode", "taxesGEST"}});
-    company.AddLine("ledger", "1", "1", "1");
+    company.Run(company.session.gBaseDados,
+                "Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
     ExportOptions here = options;
     here.txtPastaExportacao = company.target.Path().string();
     const std::filesystem::path before = std::filesystem::current_path();
@@ -343,7 +345,7 @@ TEST(Sections, LedgerValues) {
   EXPECT_EQ(CountOf(file, "<TransactionType>N</TransactionType>"), 3u);
   EXPECT_EQ(CountOf(file, "<TransactionType>A</TransactionType>"), 1u);
   EXPECT_EQ(CountOf(file, "<CustomerID>C</CustomerID><SupplierID>S</SupplierID><Line>"), 1u);
-  EXPECT_EQ(CountOf(file, "<Description>Linha</Description><CreditAmount>-1.00</CreditAmount>"), 1u);
+  EXPECT_EQ(CountOf(file, "<Description>Linha</Description><CreditAmount>-1.01</CreditAmount>"), 1u);
   EXPECT_EQ(CountOf(file, "<Description>Linha</Description><CreditAmount>2.00</CreditAmount>"), 1u);
   EXPECT_EQ(CountOf(file, "<DebitAmount>0.00</DebitAmount><CreditAmount>1000.00</CreditAmount>"), 1u)
       << "what is not 0 is written, whatever its decimals leave of it";
