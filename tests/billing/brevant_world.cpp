@@ -1,0 +1,132 @@
+#include "brevant_world.h"
+
+#include <algorithm>
+
+#include "data/sql_text.h"
+#include "databases/company_upgrade.h"
+
+namespace korvel::test {
+
+namespace {
+
+const Record kDocument{{"Tipo", "FT1"},
+                       {"Numero", "00000001"},
+                       {"Ano", "2011"},
+                       {"Data", "2011-03-05"},
+                       {"DataVenc", "2011-04-05"},
+                       {"PagaComo", "NU"},
+                       {"Desconto", "0"},
+                       {"IVA", "23"},
+                       {"TotalDoc", "123"},
+                       {"ValorIRS", "0"},
+                       {"TabIva1", "2"},
+                       {"Armazem", "A1"},
+                       {"Hash", "abc"},
+                       {"HashControl", "1"}};
+
+Record With(Record defaults, const Record& values) {
+  for (const auto& [column, value] : values) {
+    const auto same = [&, name = column](const auto& entry) { return entry.first == name; };
+    const auto found = std::find_if(defaults.begin(), defaults.end(), same);
+    if (found == defaults.end()) {
+      defaults.emplace_back(column, value);
+    } else {
+      found->second = value;
+    }
+  }
+  return defaults;
+}
+
+const Record kLine{{"Tipo", "FT1"},      {"Numero", "00000001"}, {"Ano", "2011"},      {"Data", "2011-03-05"},
+                   {"Codigo", "P1"},     {"Descricao", "Porca"}, {"QuantNormal", "1"}, {"Unidade", "Uni"},
+                   {"ValorIliq", "100"}, {"TotalDesconto", "0"}, {"IvaTabela", "2"},   {"IvaTaxa", "23"},
+                   {"Armazem", "A1"}};
+
+}  // namespace
+
+BrevantWorld::BrevantWorld() {
+  server.UseCompany("0001");
+  databases::ActDBaseExecuta(server.Context(), "Korvel0001");
+  const auto sources = std::filesystem::path(KORVEL_SHARED_DIR) / "sources";
+  for (const auto& [database, file] :
+       {std::pair{"BrevantDemo", "brevant.sql"}, {"LunderDemo", "lunder.sql"}}) {
+    server.Run("master", std::string("create database ") + database);
+    server.Run(database, ReadFile(sources / file));
+  }
+  const std::string name = data::Quoted(server.Name());
+  Company(
+      "delete from ParamGeral\nGO\ninsert into ParamGeral (Servidor_Brevant,Login_Brevant,Password_Brevant,"
+      "DBase_Brevant,Servidor_Lunder,Login_Lunder,Password_Lunder,DBase_Lunder,CasasDec,"
+      "ProductDescriptionDefault,SourceDocuments_DescLinhaDoc,IncluirDocumentosAnulados) values (" +
+      name + ",'sa','','BrevantDemo'," + name + ",'sa','','LunderDemo',2,'Sem Descrição','ObsLinha','N')");
+  SetBasis("F");
+  Brevant(
+      "alter table LOG_MovTerceiro add DataSys varchar(50)\nGO\n"
+      "insert into TabTipoMov (Codigo,Modulo,TipoMovClassifica,AfectaCli,ControloHash) values "
+      "('FT1','CL','FT','D+',1),('NC1','CL','NC','C+',1),('VD1','FC','VD','S+',1),('TD1','CL','TD','S-',1),"
+      "('GR1','CL','@@@','',0),('FO1','FO','FT','',0)\nGO\n"
+      "insert into TabIVA (Codigo,Saft_TaxExemptionReason) values ('2',''),('0','Artigo 53')\nGO\n"
+      "insert into Clientes (Codigo,Pais,AutoFacturacao) values ('C1','PT',0)");
+  Company(
+      "insert into TabTaxTableGEST "
+      "(FiscalYear,StartDate,EndDate,CodigoBrevant,TaxType,TaxCountryRegion,TaxCode) "
+      "values ('2011','2011-01-01','2011-12-31','2','IVA','PT','NOR'),"
+      "('2011','2011-01-01','2011-12-31','0','IVA','PT','ISE')\nGO\n"
+      "insert into TabArmazens (Armazem,Classificacao) values ('A1','PT')\nGO\n"
+      "insert into TabCustomerGEST (FiscalYear,StartDate,EndDate,CustomerID) values "
+      "('2011','2011-01-01','2011-12-31','123456789')");
+  server.dialogs.Clear();
+}
+
+void BrevantWorld::SetBasis(std::string_view basis) {
+  Company(
+      "delete from TabHeader\nGO\ninsert into TabHeader (FiscalYear,StartDate,EndDate,TaxAccountingBasis) "
+      "values (" +
+      data::Quoted(period.key.fiscalYear) + "," + data::Quoted(period.key.startDate) + "," +
+      data::Quoted(period.key.endDate) + "," + data::Quoted(basis) + ")");
+}
+
+void BrevantWorld::IncludeRemoved() {
+  Company("update ParamGeral set IncluirDocumentosAnulados='S'");
+}
+
+void BrevantWorld::Add(std::string_view table, Record defaults, const Record& values) {
+  const Record record = With(std::move(defaults), values);
+  std::string names;
+  std::string marks;
+  std::vector<data::Parameter> bound;
+  for (const auto& [column, value] : record) {
+    names += (names.empty() ? "" : ",") + std::string(column);
+    marks += marks.empty() ? "?" : ",?";
+    bound.push_back(value == "NULL" ? data::Parameter() : data::Parameter(value));
+  }
+  server.Open("BrevantDemo")
+      ->Execute("insert into " + std::string(table) + " (" + names + ") values (" + marks + ")", bound);
+}
+
+void BrevantWorld::AddDocument(const Record& values) {
+  Add("MovCliente",
+      With(kDocument, {{"Codigo", "C1"},
+                       {"CodPostal", "9500-100"},
+                       {"Pais", "PT"},
+                       {"Contribuinte", "123456789"},
+                       {"DataSys", "2011-03-05 10:20:30"},
+                       {"Valor", "100"},
+                       {"TaxIva1", "23"}}),
+      values);
+}
+
+void BrevantWorld::AddRemoved(const Record& values) {
+  Add("LOG_MovTerceiro", With(kDocument, {{"Entidade", "C1"}, {"ValorIliq", "100"}, {"TaxaIva1", "23"}}),
+      values);
+}
+
+void BrevantWorld::AddLine(const Record& values) {
+  Add("MovProduto", kLine, values);
+}
+
+void BrevantWorld::AddRemovedLine(const Record& values) {
+  Add("LOG_MovProduto", kLine, values);
+}
+
+}  // namespace korvel::test

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "billing/billing_period.h"
+#include "billing/documents.h"
+#include "support/scripted_world.h"
+
+namespace korvel::test {
+
+/// A row to be inserted: columns with their values. "NULL" is a NULL.
+using Record = std::vector<std::pair<std::string_view, std::string>>;
+
+/// A server with a company whose billing and accounting products' databases are made, and a billing period of 2011.
+/// There are the document types FT1 (FT), NC1 (NC, refers to others), VD1 (VD, pays) and TD1 (TD), the tax codes 2 (23 %)
+/// and 0 (exempt), staged for the period, the customer C1 with the tax number 123456789, staged too, and nothing else.
+class BrevantWorld : public testing::Test {
+ protected:
+  BrevantWorld();
+
+  void Brevant(std::string_view script) { server.Run("BrevantDemo", script); }
+  void Company(std::string_view script) { server.Run("Korvel0001", script); }
+  std::vector<std::string> Staged(std::string_view columns) {
+    return server.Rows("Korvel0001",
+                       "select " + std::string(columns) + " from TabSourceDocumentsGEST order by NumRegisto");
+  }
+  void SetBasis(std::string_view basis);
+  void IncludeRemoved();
+
+  /// Inserts a row, given values going before the defaults of its kind.
+  void AddDocument(const Record& values);  // FT1 2011/00000001 of C1, 2011-03-05, worth 100 and 23 of tax
+  void AddRemoved(const Record& values);   // the same in the log of removed documents
+  void AddLine(const Record& values);      // a line of it, product P1, quantity 1
+  void AddRemovedLine(const Record& values);
+  void Add(std::string_view table, Record defaults, const Record& values = {});
+
+  bool Run(billing::Caller caller = billing::Caller::Command) {
+    return billing::CalcularDocumentos(server.Context(), period, caller);
+  }
+  std::string LastText() const { return server.dialogs.LastText(); }
+
+  TestServer server;
+  billing::BillingPeriod period{{"2011", "2011-01-01", "2011-12-31"}, ""};
+};
+
+}  // namespace korvel::test
