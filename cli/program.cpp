@@ -42,7 +42,7 @@ const CLI::App& Deepest(const CLI::App& app) {
 }
 
 std::string HelpOf(const CLI::App& app) {
-  return app.help(FullName(app));
+  return app.help(app.get_parent() == nullptr ? std::string() : FullName(*app.get_parent()));
 }
 
 void Tell(std::ostream& err, std::string_view text) {
@@ -140,6 +140,7 @@ void CommandLine::Add(Command& command) {
     if (below == nullptr) {
       below = at->add_subcommand(word, words.empty() ? std::string(command.Summary()) : GroupSummary(word));
       below->group("Comandos");
+      DeclareHelp(*below);
       below->require_subcommand(0, 1);
     }
     at = below;

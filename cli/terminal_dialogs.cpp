@@ -12,6 +12,8 @@ namespace korvel::cli {
 
 namespace {
 
+constexpr std::string_view kHintTitle = "INFORMAÇÃO";  // how to use a form, which a terminal has not
+
 /// "City (Localidade)" for a control or column of the period's form, the name alone for others.
 std::string FieldName(std::string_view field) {
   for (const periods::HeaderField& known : periods::HeaderFields()) {
@@ -37,8 +39,8 @@ void TerminalDialogs::Say(std::string_view text) {
   lastSaid_ = text;
 }
 
-void TerminalDialogs::Message(toolkit::Icon, std::string_view text, std::string_view) {
-  Say(text);
+void TerminalDialogs::Message(toolkit::Icon, std::string_view text, std::string_view title) {
+  if (title != kHintTitle) Say(text);
 }
 
 std::size_t TerminalDialogs::Ask(std::string_view, std::span<const std::string_view> buttons) {

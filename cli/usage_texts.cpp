@@ -65,6 +65,10 @@ void SpeakPortuguese(CLI::App& app) {
   formatter->column_width(44);
   app.formatter(formatter);
   app.option_defaults()->group("Opções");
+  DeclareHelp(app);
+}
+
+void DeclareHelp(CLI::App& app) {
   app.set_help_flag("-h,--help,--ajuda", "Mostra esta ajuda e termina");
 }
 

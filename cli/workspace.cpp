@@ -16,6 +16,8 @@ namespace korvel::cli {
 
 namespace {
 
+constexpr std::string_view kMaster = "master";
+
 void TakeRegional(session::SessionRecord& session, const toolkit::Regional& values) {
   session.gSepDecimal = values.decimalSeparator;
   session.gSepMilhar = values.thousandsSeparator;
@@ -51,7 +53,7 @@ session::Context Workspace::Context() {
   return {session_, servers_, dialogs_, progress_, environment_.settings, environment_.clock};
 }
 
-std::string Workspace::ConnectionRefusal() const {
+std::string Workspace::LoginRefusal() const {
   if (toolkit::IsBlank(session_.gServidor)) return "Não definiu o Servidor";
   if (!session_.gAutenticacaoWindows && toolkit::IsBlank(session_.gLogin))
     return "Login ou Password Incorrectos";
@@ -71,12 +73,12 @@ session::ConnectionPtr Workspace::Open(std::string_view database) {
   session::ConnectionPtr connection;
   const bool opened = session::CreateDBConnection(Context(), connection, session_.gServidor, database,
                                                   session_.gLogin, session_.gPassword);
-  if (!opened) throw Refusal(ConnectionRefusal());
+  if (!opened) throw Refusal(database == kMaster ? LoginRefusal() : session_.gErroDescricao);
   return connection;
 }
 
 void Workspace::Login() {
-  Open("master");
+  Open(kMaster);
 }
 
 void Workspace::EnterCompany() {
@@ -87,7 +89,7 @@ void Workspace::EnterCompany() {
 }
 
 void Workspace::EnterCompany(std::string_view code) {
-  const auto master = Open("master");
+  const auto master = Open(kMaster);
   const std::string database = databases::CompanyDatabase(code);
   if (!databases::CheckDatabase(*master, database)) {
     throw Refusal(fmt::format("A empresa {} não existe em {}.", code, session_.gServidor));

@@ -34,13 +34,14 @@ class Workspace {
   /// Enters another company of the same server, of which `code` is known to be one. Throws as EnterCompany.
   void EnterCompany(std::string_view code);
 
-  /// Opens a database on the session's server. Throws Refusal with the server's words.
+  /// Opens a database on the session's server. Throws Refusal: with the login form's words for `master`, else with
+  /// the server's.
   session::ConnectionPtr Open(std::string_view database);
   /// Opens the session's company.
   session::ConnectionPtr OpenCompany() { return Open(session_.gBaseDados); }
 
  private:
-  std::string ConnectionRefusal() const;
+  std::string LoginRefusal() const;
 
   const CommandEnvironment& environment_;
   const GlobalOptions& options_;

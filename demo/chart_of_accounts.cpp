@@ -64,7 +64,7 @@ constexpr Account kAccounts[] = {
     {"56", "Resultados transitados", "T"},
     {"56.1", "Resultados de exercícios anteriores", "M"},
     {"6", "Gastos", "C"},
-    {"61", "Custo das mercadorias vendidas e das matérias consumidas", "T"},
+    {"61", "Custo das mercadorias e matérias consumidas", "T"},
     {"61.1", "Custo das mercadorias vendidas", "M"},
     {"62", "Fornecimentos e serviços externos", "T"},
     {"62.2", "Serviços especializados", "T"},

@@ -31,7 +31,7 @@ inline constexpr std::string_view kServices[] = {"6221", "6224", "6241", "6261",
 std::string TaxpayerAccount(Kind kind, std::size_t index);
 
 /// Writes `Contas`: classes, totals, movement accounts, and one account for every customer and supplier. Every 40th
-/// customer has a second account under the same tax number. Returns how many were written. Throws data::Error.
+/// customer has a second account under the same tax number. Titles keep to the 50 characters of the staged chart. Returns how many were written. Throws data::Error.
 std::int64_t WriteChartOfAccounts(data::Connection& lunder, const std::vector<Taxpayer>& customers,
                                   const std::vector<Taxpayer>& suppliers);
 

@@ -30,7 +30,9 @@ bool ClearTheWay(const Context& context, data::Connection& master) {
   if (!context.dialogs.ConfirmDeletion("Confirmar Eliminação :", question)) return false;
   if (hasCompany) master.Execute("drop database " + company);
   if (hasBooks) master.Execute("drop database " + std::string(kLunderDatabase));
-  master.Execute("delete from KorvelConfig..Empresas where codigo=" + data::Quoted(kCompanyCode));
+  master.Execute("use KorvelConfig");
+  master.Execute("delete from empresas where codigo=" + data::Quoted(kCompanyCode));
+  master.Execute("use master");
   return true;
 }
 

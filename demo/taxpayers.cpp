@@ -96,11 +96,12 @@ void MoveAbroad(Taxpayer& company, std::int64_t index, Random& random) {
   company.district.clear();
 }
 
-/// What careless typing leaves in real books: blanks in numbers, lower-case or missing countries, missing addresses.
-void MakeUntidy(Taxpayer& company, std::int64_t index) {
+/// What careless typing leaves in real books: blanks in numbers, lower-case or missing countries, missing
+/// addresses. A customer without a country would come out as "DESCONHECIDO", which the schema does not take.
+void MakeUntidy(Taxpayer& company, Kind kind, std::int64_t index) {
   if (index % 17 == 5) company.taxNumber.insert(3, " ");
   if (index % 19 == 7) company.country = "pt";
-  if (index % 23 == 9) company.country.clear();
+  if (index % 23 == 9 && kind == Kind::Supplier) company.country.clear();
   if (index % 29 == 11) company.mail.clear();
   if (index % 31 == 13) company.postalCode.clear();
 }
@@ -125,7 +126,7 @@ std::vector<Taxpayer> MakeTaxpayers(Kind kind, std::int64_t count, Random& rando
     if (i % 11 == 3) {
       MoveAbroad(company, firstNumber + i, random);
     } else {
-      MakeUntidy(company, i);
+      MakeUntidy(company, kind, i);
     }
     made.push_back(std::move(company));
   }

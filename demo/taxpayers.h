@@ -8,7 +8,7 @@
 
 namespace korvel::demo {
 
-/// A customer or supplier. Texts fit the columns of `Contas`.
+/// A customer or supplier. Texts fit the columns of `Contas`, and the name the 50 characters of the staged chart.
 struct Taxpayer {
   std::string taxNumber;
   std::string country;  // of two letters; blank where the books leave it out
@@ -28,7 +28,7 @@ std::string PortugueseTaxNumber(std::int64_t eightDigits);
 enum class Kind { Customer, Supplier };
 
 /// `count` taxpayers with different tax numbers; mostly companies of all parts of the country, some from
-/// abroad. Suppliers always have a country or none at all, which the books take for Portugal.
+/// abroad. Some suppliers have no country, which the extraction takes for Portugal.
 std::vector<Taxpayer> MakeTaxpayers(Kind kind, std::int64_t count, Random& random);
 
 }  // namespace korvel::demo

@@ -51,7 +51,7 @@ YearBook::YearBook(Ledger& ledger, int year, const std::vector<Taxpayer>& custom
       customers_(customers),
       suppliers_(suppliers),
       random_(kSeed),
-      occasionalCustomers_(MakeOccasional(20100000, "")),
+      occasionalCustomers_(MakeOccasional(20100000, "FR")),
       occasionalSuppliers_(MakeOccasional(21700000, "ES")) {
   GoTo(0);
 }

@@ -37,6 +37,10 @@ struct Section {
 bool ExtractAccounts(Workspace& workspace, const PeriodKey& period, const JournalOption& journals) {
   const auto filter = periods::FiltrosLunder(workspace.Context(), journals.Choice(workspace));
   if (filter.noJournalTicked) workspace.Dialogs().SayReason(kNoJournalWarning);
+  if (!filter.cancelled && filter.contas.empty() && filter.diarios.empty()) {
+    throw Refusal(
+        "Com todos os Diários e sem intervalo de contas não há cálculo: retire um Diário de --diarios.");
+  }
   const auto rows = accounting::CalcularContas(workspace.Context(), period, filter);
   return rows && accounting::GravarContas(workspace.Context(), period, *rows);
 }

@@ -23,29 +23,30 @@ bool IsColumn(std::string_view name, std::string_view column) {
   return toolkit::SameIgnoringCase(name, column);
 }
 
+/// As the selection of the form: only its three kinds can be chosen.
+std::string KindOf(const std::string& value) {
+  const std::string kind = toolkit::Upper(toolkit::Trim(value));
+  if (kind != "C" && kind != "F" && kind != "I") {
+    throw UsageError(fmt::format("{} aceita C, F ou I, não \"{}\".", kKind, value));
+  }
+  return kind;
+}
+
 void RequireKnown(const std::vector<Assignment>& assignments) {
   for (const Assignment& given : assignments) {
     const bool known = std::ranges::any_of(periods::HeaderFields(), [&](const periods::HeaderField& field) {
       return IsColumn(given.name, field.column);
     });
     if (!known) throw UsageError(fmt::format("TabHeader não tem a coluna {}.", given.name));
+    if (IsColumn(given.name, kKind)) KindOf(given.value);
   }
-}
-
-/// As the selection of the form: only its three kinds can be chosen.
-void ChooseKind(PeriodHeader& header, const std::string& value) {
-  const std::string kind = toolkit::Upper(toolkit::Trim(value));
-  if (kind != "C" && kind != "F" && kind != "I") {
-    throw UsageError(fmt::format("{} aceita C, F ou I, não \"{}\".", kKind, value));
-  }
-  periods::ChangeKind(header, kind);
 }
 
 /// Types the values into the form: the kind first, since choosing it sets the establishment, then the rest.
 bool FillForm(const session::Context& context, PeriodHeader& header,
               const std::vector<Assignment>& assignments) {
   for (const Assignment& given : assignments) {
-    if (IsColumn(given.name, kKind)) ChooseKind(header, given.value);
+    if (IsColumn(given.name, kKind)) periods::ChangeKind(header, KindOf(given.value));
   }
   for (const Assignment& given : assignments) {
     if (IsColumn(given.name, kKind)) continue;
