@@ -38,7 +38,8 @@ Handle Open(const std::filesystem::path& file) {
   Handle handle(raw);
   Check(result == SQLITE_OK, raw);
   sqlite3_create_collation_v2(raw, "KORVEL", SQLITE_UTF8, nullptr, Compare, nullptr);
-  Run(raw, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL");
+  Run(raw, "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA cache_size=-16384; PRAGMA temp_store=FILE;"
+           "PRAGMA threads=1");
   return handle;
 }
 

@@ -14,6 +14,7 @@
 #include "measure.h"
 #include "periods/filters.h"
 #include "support/scripted_world.h"
+#include "toolkit/text.h"
 
 namespace korvel::benchmarks {
 namespace {
@@ -57,7 +58,7 @@ class Company {
     return "Select * from " + std::string(kStagedLedger) + " where NumRegisto>0  And " + period_.Condition() +
            " order by JournalID,TransactionID,RecordID,NumRegisto";
   }
-  fs::path Database() const { return server_.folder.Path() / "TESTE" / (server_.session.gBaseDados + ".db"); }
+  fs::path Database() const { return server_.folder.Path() / "TESTE" / (toolkit::Upper(Name()) + ".db"); }
   fs::path Scratch() const { return server_.folder.Path() / "scratch.db"; }
 
  private:

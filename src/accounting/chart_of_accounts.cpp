@@ -33,7 +33,8 @@ enum : std::size_t { kNumRegisto, kCodigo, kDescricao, kDevedor, kCredor, kTipo,
 constexpr std::array<Column, kColumnCount> kColumns{{
     {"Nº Registo", 330, Alignment::Left, "NumRegisto"},
     {"Código da Conta", 2000, Alignment::Left, "AccountID", CellKind::Text, 30, "Código da Conta"},
-    {"Descrição da Conta", 4500, Alignment::Left, "AccountDescription", CellKind::Text, 60,
+    // A title may have 60 characters in the file; the staged column holds 50 of them.
+    {"Descrição da Conta", 4500, Alignment::Left, "AccountDescription", CellKind::Text, 50,
      "Descrição da Conta"},
     {"Saldo Devedor", 1500, Alignment::Right, "OpeningDebitBalance", CellKind::Money},
     {"Saldo Credor", 1500, Alignment::Right, "OpeningCreditBalance", CellKind::Money},

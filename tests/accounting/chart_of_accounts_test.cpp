@@ -103,11 +103,21 @@ TEST_F(ChartOfAccounts, AnEmptyFieldStopsTheSaveWithTheOldRowsGone) {
   EXPECT_EQ(Accounts().size(), 2u);
 }
 
-TEST_F(ChartOfAccounts, ATooLongDescriptionLeavesTheOldRows) {
-  StageAccounts({"99"});
-  AddAccount("35", std::string(60, 'x'));
+TEST_F(ChartOfAccounts, ALongDescriptionIsCutToTheStagedColumn) {
+  AddAccount("35", std::string(30, 'x') + std::string(30, 'y'));
   const auto grid = CalcularContas(server.Context(), period, sales_);
   ASSERT_TRUE(grid);
+  EXPECT_TRUE(GravarContas(server.Context(), period, *grid));
+  EXPECT_EQ(Staged("select AccountDescription from TabGeneralLedger"),
+            std::vector<std::string>{std::string(30, 'x') + std::string(20, 'y')});
+}
+
+TEST_F(ChartOfAccounts, AFailedSaveLeavesTheOldRows) {
+  StageAccounts({"99"});
+  AddAccount("35", "Conta");
+  auto grid = CalcularContas(server.Context(), period, sales_);
+  ASSERT_TRUE(grid);
+  (*grid)[0].cells[5] = "longo";
   EXPECT_FALSE(GravarContas(server.Context(), period, *grid));
   EXPECT_EQ(LastText().find("Existem valores que não cabem no campo de destino!\n"), 0u) << LastText();
   EXPECT_EQ(Staged("select AccountID from TabGeneralLedger"), std::vector<std::string>{"99"});
