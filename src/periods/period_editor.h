@@ -25,7 +25,7 @@ struct OpenedHeader {
 std::optional<OpenedHeader> OpenHeader(const session::Context& context, HeaderMode mode,
                                        std::int64_t numRegisto);
 
-/// `cmdGravar` in the modes New and Change: checks and saves. False when a check failed or the row has gone,
+/// `cmdGravar` in the modes New and Change: checks and saves what was opened with `canSave`. False when a check failed or the row has gone,
 /// both told through the dialogs. On success `header.numRegisto` is the row's key.
 bool GravarHeader(const session::Context& context, HeaderMode mode, PeriodHeader& header);
 

@@ -9,10 +9,13 @@ namespace {
 
 class SqlAdmin : public testing::Test {
  protected:
-  SqlAdmin() { server.UseCompany("0001"); }
+  SqlAdmin() {
+    server.UseCompany("0001");
+    company = server.Open("Korvel0001");
+  }
 
   test::TestServer server;
-  std::unique_ptr<data::Connection> company = server.Open("Korvel0001");
+  std::unique_ptr<data::Connection> company;
 };
 
 TEST_F(SqlAdmin, FindsWhatIsThereInAnyCase) {
