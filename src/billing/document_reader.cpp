@@ -62,6 +62,11 @@ std::string Removed(const ClassFilter& filter) {
       kRemovedColumns, filter.On("r.Tipo"));
 }
 
+NumberedDocuments::Name NameOf(const data::Recordset& row) {
+  return {std::string(CodigoOf(row)), std::string(row.Text(0)), std::string(row.Text(1)),
+          std::string(AnoOf(row)), std::string(DataOf(row))};
+}
+
 bool IsEightDigits(std::string_view numero) {
   return numero.size() == 8 && toolkit::SoDigitos(numero);
 }
@@ -99,12 +104,13 @@ bool DocumentReader::Next(NumberedDocuments& documents) {
   if (!started_) headers_.Restart();
   started_ = true;
   if (headers_.Eof()) return false;
-  documents.codigos.clear();
+  documents.names.clear();
   documents.header = HeaderOf(headers_.Row());
   const DocumentKey key{documents.header.tipo, documents.header.numero};
   for (; headers_.At(key.tipo, key.numero); headers_.Next()) {
-    if (IsOwn(CodigoOf(headers_.Row()))) documents.codigos.emplace_back(CodigoOf(headers_.Row()));
-    if (DataOf(headers_.Row()) > documents.header.data) documents.header = HeaderOf(headers_.Row());
+    const data::Recordset& row = headers_.Row();
+    if (IsOwn(CodigoOf(row))) documents.names.push_back(NameOf(row));
+    if (DataOf(row) > documents.header.data) documents.header = HeaderOf(row);
   }
   return true;
 }

@@ -26,9 +26,16 @@ struct ReaderChoice {
 /// The documents that bear one number, in the order of their dates. More than one is a fault of the source: all of
 /// them then show the latest one, which is how they were always extracted.
 struct NumberedDocuments {
-  std::vector<std::string>
-      codigos;            // customers, one a document to be extracted; may be empty in a customer period
-  DocumentHeader header;  // of the latest
+  /// What a document calls itself: duplicates may differ in customer and date, and in the case of their type.
+  struct Name {
+    std::string codigo;
+    std::string tipo;
+    std::string numero;
+    std::string ano;
+    std::string data;
+  };
+  std::vector<Name> names;  // one a document to be extracted; none for other customers' numbers
+  DocumentHeader header;    // of the latest
 };
 
 /// The years in which a class has documents in the period, in their order. Throws data::Error.

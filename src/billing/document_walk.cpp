@@ -26,22 +26,22 @@ bool DocumentWalk::WalkClass(const ClassFilter& filter, const DocumentMapper::Si
 
 bool DocumentWalk::WalkYear(DocumentReader& reader, const DocumentMapper::Sink& sink) {
   for (NumberedDocuments documents; reader.Next(documents);) {
-    if (documents.codigos.empty()) continue;
-    const DocumentHeader& header = documents.header;
+    if (documents.names.empty()) continue;
+    const NumberedDocuments::Name& first = documents.names.front();
     if (!classNamed_) {
       // The class is named by its first document's type, whatever the types of the others say.
-      const DocumentType* type = lookups_.types.Find(header.tipo);
+      const DocumentType* type = lookups_.types.Find(first.tipo);
       class_.classe = type ? type->classification : std::string();
       classNamed_ = true;
     }
-    const auto gap = numbering_.Step(header.ano, header.tipo, header.numero);
-    if (choice_.removed && gap && !MapGap(reader, header, *gap, sink)) return false;
+    const auto gap = numbering_.Step(first.ano, first.tipo, first.numero);
+    if (choice_.removed && gap && !MapGap(reader, first, *gap, sink)) return false;
     if (!MapDocuments(reader, documents, sink)) return false;
   }
   return true;
 }
 
-bool DocumentWalk::MapGap(DocumentReader& reader, const DocumentHeader& next, const NumberGap& gap,
+bool DocumentWalk::MapGap(DocumentReader& reader, const NumberedDocuments::Name& next, const NumberGap& gap,
                           const DocumentMapper::Sink& sink) {
   return reader.ForEachRemoved(next.tipo, gap, [&](DocumentHeader& removed) {
     document_.header = std::move(removed);
@@ -62,10 +62,13 @@ bool DocumentWalk::MapDocuments(DocumentReader& reader, NumberedDocuments& docum
   document_.header = std::move(documents.header);
   DocumentHeader& header = document_.header;
   reader.ReadContents(document_, RefersToOthers(header.tipo));
-  for (std::string& codigo : documents.codigos) {
-    header.codigo = std::move(codigo);
+  for (NumberedDocuments::Name& name : documents.names) {
+    header.codigo = std::move(name.codigo);
+    header.tipo = std::move(name.tipo);
+    header.numero = std::move(name.numero);
+    header.ano = std::move(name.ano);
     progress_.Step([&] {
-      return fmt::format("Documento : {} / {} / {}", toolkit::GData(header.data, choice_.documents.marks),
+      return fmt::format("Documento : {} / {} / {}", toolkit::GData(name.data, choice_.documents.marks),
                          header.tipo, header.numero);
     });
     if (!mapper_.Map(document_, class_, sink)) return false;

@@ -28,7 +28,7 @@ class DocumentWalk {
  private:
   bool WalkClass(const ClassFilter& filter, const DocumentMapper::Sink& sink);
   bool WalkYear(DocumentReader& reader, const DocumentMapper::Sink& sink);
-  bool MapGap(DocumentReader& reader, const DocumentHeader& next, const NumberGap& gap,
+  bool MapGap(DocumentReader& reader, const NumberedDocuments::Name& next, const NumberGap& gap,
               const DocumentMapper::Sink& sink);
   bool MapDocuments(DocumentReader& reader, NumberedDocuments& documents, const DocumentMapper::Sink& sink);
   bool RefersToOthers(const std::string& tipo) const;

@@ -100,8 +100,8 @@ void BrevantWorld::Add(std::string_view table, Record defaults, const Record& va
     marks += marks.empty() ? "?" : ",?";
     bound.push_back(value == "NULL" ? data::Parameter() : data::Parameter(value));
   }
-  server.Open("BrevantDemo")
-      ->Execute("insert into " + std::string(table) + " (" + names + ") values (" + marks + ")", bound);
+  if (!brevant_) brevant_ = server.Open("BrevantDemo");
+  brevant_->Execute("insert into " + std::string(table) + " (" + names + ") values (" + marks + ")", bound);
 }
 
 void BrevantWorld::AddDocument(const Record& values) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -46,6 +47,9 @@ class BrevantWorld : public testing::Test {
 
   TestServer server;
   billing::BillingPeriod period{{"2011", "2011-01-01", "2011-12-31"}, ""};
+
+ private:
+  std::unique_ptr<data::Connection> brevant_;  // of Add, kept because opening takes longer than inserting
 };
 
 }  // namespace korvel::test
