@@ -38,14 +38,16 @@ Handle Open(const std::filesystem::path& file) {
   Handle handle(raw);
   Check(result == SQLITE_OK, raw);
   sqlite3_create_collation_v2(raw, "KORVEL", SQLITE_UTF8, nullptr, Compare, nullptr);
-  Run(raw, "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA cache_size=-16384; PRAGMA temp_store=FILE;"
-           "PRAGMA threads=1");
+  Run(raw,
+      "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA cache_size=-16384; PRAGMA temp_store=FILE;"
+      "PRAGMA threads=1");
   return handle;
 }
 
 Statement Prepare(const Handle& handle, std::string_view sql) {
   sqlite3_stmt* raw = nullptr;
-  const int result = sqlite3_prepare_v2(handle.get(), sql.data(), static_cast<int>(sql.size()), &raw, nullptr);
+  const int result =
+      sqlite3_prepare_v2(handle.get(), sql.data(), static_cast<int>(sql.size()), &raw, nullptr);
   Check(result == SQLITE_OK, handle.get());
   return Statement(raw);
 }
@@ -75,8 +77,8 @@ std::int64_t BareScan(const std::filesystem::path& database, std::string_view st
 
 TableCopy::TableCopy(const std::filesystem::path& database, std::string_view table) : table_(table) {
   const Handle handle = Open(database);
-  const Statement schema =
-      Prepare(handle, "select sql from sqlite_schema where type='table' and lower(name)=lower('" + table_ + "')");
+  const Statement schema = Prepare(
+      handle, "select sql from sqlite_schema where type='table' and lower(name)=lower('" + table_ + "')");
   Check(sqlite3_step(schema.get()) == SQLITE_ROW, handle.get());
   createStatement_ = reinterpret_cast<const char*>(sqlite3_column_text(schema.get(), 0));
   const Statement rows = Prepare(handle, "select * from \"" + table_ + "\"");
@@ -85,7 +87,8 @@ TableCopy::TableCopy(const std::filesystem::path& database, std::string_view tab
   while (sqlite3_step(rows.get()) == SQLITE_ROW) {
     for (int i = 0; i < columns; ++i) {
       Cell cell{sqlite3_column_type(rows.get(), i), sqlite3_column_int64(rows.get(), i), {}};
-      if (cell.type == SQLITE_TEXT) cell.text = reinterpret_cast<const char*>(sqlite3_column_text(rows.get(), i));
+      if (cell.type == SQLITE_TEXT)
+        cell.text = reinterpret_cast<const char*>(sqlite3_column_text(rows.get(), i));
       cells_.push_back(std::move(cell));
     }
   }
@@ -102,7 +105,8 @@ void TableCopy::InsertInto(const std::filesystem::path& newDatabase) const {
   for (const Cell& cell : cells_) {
     ++parameter;
     if (cell.type == SQLITE_TEXT) {
-      sqlite3_bind_text(insert.get(), parameter, cell.text.data(), static_cast<int>(cell.text.size()), SQLITE_STATIC);
+      sqlite3_bind_text(insert.get(), parameter, cell.text.data(), static_cast<int>(cell.text.size()),
+                        SQLITE_STATIC);
     } else if (cell.type == SQLITE_INTEGER) {
       sqlite3_bind_int64(insert.get(), parameter, cell.number);
     } else {

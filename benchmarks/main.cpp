@@ -37,7 +37,8 @@ class Company {
 
   void Clear() { server_.Run(Name(), "delete from " + std::string(kStagedLedger)); }
   void Extract() {
-    Require(accounting::CalcularMovimentos(server_.Context(), period_, accounting::Confirmation::Skip), "ledger");
+    Require(accounting::CalcularMovimentos(server_.Context(), period_, accounting::Confirmation::Skip),
+            "ledger");
   }
   void Export() {
     auditfile::ExportOptions options = auditfile::OptionsFor(periods::Basis::Accounting);
@@ -49,9 +50,9 @@ class Company {
   /// Of the program itself, exporting the period.
   long ExportMemory() const {
     setenv("KORVEL_DADOS", server_.folder.Path().c_str(), 1);
-    return PeakMemoryOf({KORVELCTL, "--servidor", server_.Name(), "--empresa", server_.session.gCodEmpresa, "exportar",
-                         "--ano", period_.fiscalYear, "--inicio", period_.startDate, "--fim", period_.endDate, "--pasta",
-                         Out()});
+    return PeakMemoryOf({KORVELCTL, "--servidor", server_.Name(), "--empresa", server_.session.gCodEmpresa,
+                         "exportar", "--ano", period_.fiscalYear, "--inicio", period_.startDate, "--fim",
+                         period_.endDate, "--pasta", Out()});
   }
 
   std::string LedgerStatement() const {
@@ -79,8 +80,9 @@ class Company {
 };
 
 void Print(std::string_view what, const Comparison& times, double mark) {
-  fmt::print("{:<28} {:7.2f} s  bare {:7.2f} s  ratio {:.2f}  mark {:.1f}  {}\n", what, Median(times.ours).count(),
-             Median(times.bare).count(), times.Ratio(), mark, times.Ratio() <= mark ? "met" : "MISSED");
+  fmt::print("{:<28} {:7.2f} s  bare {:7.2f} s  ratio {:.2f}  mark {:.1f}  {}\n", what,
+             Median(times.ours).count(), Median(times.bare).count(), times.Ratio(), mark,
+             times.Ratio() <= mark ? "met" : "MISSED");
 }
 
 Comparison MeasureExtraction(Company& company) {
@@ -117,7 +119,8 @@ void Benchmark(std::int64_t lines) {
   Company company(lines);
   company.Extract();
   const long large = company.ExportMemory();
-  fmt::print("{:<28} {} MB, of a tenth of the lines {} MB  mark 160\n", "export, peak memory", large >> 20, small >> 20);
+  fmt::print("{:<28} {} MB, of a tenth of the lines {} MB  mark 160\n", "export, peak memory", large >> 20,
+             small >> 20);
   Print("export / bare ordered scan", MeasureExport(company), 1.3);
   Print("extraction / bare insert", MeasureExtraction(company), 2.5);
 }

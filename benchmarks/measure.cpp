@@ -16,7 +16,9 @@ Seconds TimeOf(const std::function<void()>& work) {
   return std::chrono::steady_clock::now() - start;
 }
 
-double Comparison::Ratio() const { return Median(ours) / Median(bare); }
+double Comparison::Ratio() const {
+  return Median(ours) / Median(bare);
+}
 
 long PeakMemoryOf(const std::vector<std::string>& command) {
   std::vector<char*> arguments;

@@ -21,7 +21,6 @@ namespace korvel::cli {
 namespace {
 
 using periods::PeriodKey;
-using session::Context;
 
 /// One section of a period: which periods have it, where it is staged, what loads and saves it.
 struct Section {

@@ -29,6 +29,7 @@ ExportChoices ChoicesFor(Basis basis, const periods::PeriodKey& period) {
 
 std::vector<SectionCount> CountSections(data::Connection& company, const periods::PeriodKey& period) {
   std::vector<SectionCount> counts;
+  counts.reserve(std::size(kSections));
   const std::string where = " Where NumRegisto>0  And " + period.Condition();
   for (const Section& section : kSections) {
     counts.push_back(

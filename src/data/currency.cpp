@@ -7,9 +7,13 @@ namespace {
 
 constexpr int kDecimals = 4;
 
-[[noreturn]] void Overflow() { throw std::overflow_error("valor monetário fora dos limites"); }
+[[noreturn]] void Overflow() {
+  throw std::overflow_error("valor monetário fora dos limites");
+}
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 /// Appends one decimal digit to a magnitude; false when it no longer fits.
 bool Append(std::int64_t& magnitude, int digit) {
@@ -37,7 +41,8 @@ std::optional<Currency> Currency::FromText(std::string_view text) {
   if (negative || text.starts_with('+')) text.remove_prefix(1);
   const std::size_t point = text.find('.');
   const std::string_view whole = text.substr(0, point);
-  const std::string_view decimals = point == std::string_view::npos ? std::string_view{} : text.substr(point + 1);
+  const std::string_view decimals =
+      point == std::string_view::npos ? std::string_view{} : text.substr(point + 1);
   if (whole.empty() && decimals.empty()) return std::nullopt;
 
   std::int64_t magnitude = 0;

@@ -44,7 +44,8 @@ bool TakeMilliseconds(std::string_view& text, DateTime& value) {
 }
 
 bool TakeTime(std::string_view& text, DateTime& value) {
-  if (!TakeDigits(text, 2, value.hour) || !TakeChar(text, ':') || !TakeDigits(text, 2, value.minute)) return false;
+  if (!TakeDigits(text, 2, value.hour) || !TakeChar(text, ':') || !TakeDigits(text, 2, value.minute))
+    return false;
   if (TakeChar(text, ':') && !TakeDigits(text, 2, value.second)) return false;
   if (TakeChar(text, '.') && !TakeMilliseconds(text, value)) return false;
   return value.hour < 24 && value.minute < 60 && value.second < 60;
@@ -61,7 +62,9 @@ std::optional<DateTime> DateTime::FromText(std::string_view text) {
   return value;
 }
 
-std::string DateTime::DateText() const { return fmt::format("{:04}-{:02}-{:02}", year, month, day); }
+std::string DateTime::DateText() const {
+  return fmt::format("{:04}-{:02}-{:02}", year, month, day);
+}
 
 std::string DateTime::IsoText() const {
   return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", year, month, day, hour, minute, second);

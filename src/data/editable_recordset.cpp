@@ -8,7 +8,8 @@ EditableRecordset EditableRecordset::AddNew(Connection& connection, std::string_
   return {connection, table, 0};
 }
 
-EditableRecordset EditableRecordset::Edit(Connection& connection, std::string_view table, std::int64_t numRegisto) {
+EditableRecordset EditableRecordset::Edit(Connection& connection, std::string_view table,
+                                          std::int64_t numRegisto) {
   return {connection, table, numRegisto};
 }
 
@@ -46,7 +47,8 @@ std::int64_t EditableRecordset::Insert() {
 
 void EditableRecordset::Change() {
   std::string assignments;
-  for (const std::string& column : columns_) assignments += (assignments.empty() ? "[" : ",[") + column + "]=?";
+  for (const std::string& column : columns_)
+    assignments += (assignments.empty() ? "[" : ",[") + column + "]=?";
   std::vector<Parameter> bound(values_.begin(), values_.end());
   bound.emplace_back(key_);
   const std::int64_t changed =

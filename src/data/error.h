@@ -8,16 +8,17 @@ namespace korvel::data {
 
 /// The provider's numbers, by what a caller can do about them.
 enum class Failure : std::uint32_t {
-  NoServer = 0x80004005,      // the server does not exist or access was denied; also any failure with no better number
-  WrongLogin = 0x80040E4D,    // login or password refused
-  Statement = 0x80040E14,     // the server refused the statement text
-  NoTable = 0x80040E37,       // a table or view that does not exist
-  Integrity = 0x80040E2F,     // a unique key or NOT NULL was violated
-  Truncation = 0x80040E57,    // a text too long or a number too large for its column
-  Conversion = 0x80040E07,    // a value that cannot become the type wanted
-  Permission = 0x80040E09,    // the login lacks the right
-  Timeout = 0x80040E31,       // the server took too long
-  Busy = 0x80004004,          // the connection still reads an earlier result
+  NoServer =
+      0x80004005,  // the server does not exist or access was denied; also any failure with no better number
+  WrongLogin = 0x80040E4D,  // login or password refused
+  Statement = 0x80040E14,   // the server refused the statement text
+  NoTable = 0x80040E37,     // a table or view that does not exist
+  Integrity = 0x80040E2F,   // a unique key or NOT NULL was violated
+  Truncation = 0x80040E57,  // a text too long or a number too large for its column
+  Conversion = 0x80040E07,  // a value that cannot become the type wanted
+  Permission = 0x80040E09,  // the login lacks the right
+  Timeout = 0x80040E31,     // the server took too long
+  Busy = 0x80004004,        // the connection still reads an earlier result
 };
 
 /// A failed database call. what() is the server's text, without passwords and without statement values.

@@ -7,10 +7,13 @@
 namespace korvel::data {
 namespace {
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char Lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 bool SameName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Lower(x) == Lower(y); });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
 }  // namespace
@@ -36,8 +39,8 @@ bool Recordset::NextRecordset() {
 
 std::size_t Recordset::IndexOf(std::string_view column) const {
   const auto fields = Fields();
-  const auto found =
-      std::find_if(fields.begin(), fields.end(), [&](const Field& field) { return SameName(field.name, column); });
+  const auto found = std::find_if(fields.begin(), fields.end(),
+                                  [&](const Field& field) { return SameName(field.name, column); });
   if (found == fields.end()) {
     throw Error(Failure::Statement, 207, "42S22", "Coluna inexistente no resultado: " + std::string(column));
   }
@@ -46,7 +49,8 @@ std::size_t Recordset::IndexOf(std::string_view column) const {
 
 bool Recordset::Has(std::string_view column) const {
   const auto fields = Fields();
-  return std::any_of(fields.begin(), fields.end(), [&](const Field& field) { return SameName(field.name, column); });
+  return std::any_of(fields.begin(), fields.end(),
+                     [&](const Field& field) { return SameName(field.name, column); });
 }
 
 }  // namespace korvel::data

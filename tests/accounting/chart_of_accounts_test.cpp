@@ -108,7 +108,7 @@ TEST_F(ChartOfAccounts, ALongDescriptionIsCutToTheStagedColumn) {
   const auto grid = CalcularContas(server.Context(), period, sales_);
   ASSERT_TRUE(grid);
   EXPECT_TRUE(GravarContas(server.Context(), period, *grid));
-  EXPECT_EQ(Staged("select AccountDescription from TabGeneralLedger"),
+  EXPECT_EQ(Staged("select AccountDescription from TabGeneralLedger where AccountID='35'"),
             std::vector<std::string>{std::string(30, 'x') + std::string(20, 'y')});
 }
 

@@ -81,8 +81,7 @@ TEST(Text, Classes) {
   EXPECT_FALSE(SoDigitos("12,3"));
   EXPECT_TRUE(SoAlfanumerico("Acão-1+2"));
   EXPECT_TRUE(SoAlfanumerico("é"));
-  for (const char* text : {"ç", "ü", "a b", "a.b", "Ñ"})
-    EXPECT_FALSE(SoAlfanumerico(text)) << text;
+  for (const char* text : {"ç", "ü", "a b", "a.b", "Ñ"}) EXPECT_FALSE(SoAlfanumerico(text)) << text;
   EXPECT_TRUE(TemDigito("abc1"));
   EXPECT_FALSE(TemDigito("abc"));
   EXPECT_EQ(TiraAcentos("ÁÀÃÂÉÊÍÎÓÕÚÛáõçü"), "AAAAEEIIOOUUaoçü");
