@@ -79,6 +79,7 @@ Exit RunCommand(CommandLine& line, const CommandEnvironment& environment) {
   try {
     Workspace workspace(environment, line.Globals());
     if (command->Run(workspace)) return Exit::Done;
+    if (workspace.Interrupted()) throw toolkit::Cancelled();
     workspace.Dialogs().ExplainSilence();
     return Exit::Refused;
   } catch (...) {

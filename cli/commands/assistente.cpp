@@ -62,10 +62,7 @@ class Assistente final : public Command {
     input_.contas = journals_.Choice(workspace);
     const auto result = automation::Assistente(workspace.Context(), input_,
                                                [&](const StepReport& step) { Report(workspace, step); });
-    if (result.noJournalTicked) workspace.Dialogs().SayReason(kNoJournalWarning);
-    ListFiles(workspace.Out(), result.exported.files, workspace.Context().session.Marks());
-    if (!result.ok)
-      workspace.Dialogs().SayReason(result.error.empty() ? result.exported.error : result.error);
+    Tell(workspace, result);
     return result.ok;
   }
 
@@ -88,6 +85,22 @@ class Assistente final : public Command {
     if (step.status == StepStatus::Processing) return;
     workspace.Out() << fmt::format("{:<45}{}\n", step.description, automation::StatusText(step.status))
                     << std::flush;
+  }
+
+  void Tell(Workspace& workspace, const automation::WizardResult& result) const {
+    if (result.noJournalTicked) workspace.Dialogs().SayReason(kNoJournalWarning);
+    if (result.ok) ListSections(workspace, {input_.txtAno, input_.edatStartDate, input_.edatEndDate});
+    ListFiles(workspace.Out(), result.exported.files, workspace.Context().session.Marks());
+    if (result.ok) return;
+    workspace.Dialogs().SayReason(result.error.empty() ? result.exported.error : result.error);
+  }
+
+  /// How many rows each section of the file came to.
+  static void ListSections(Workspace& workspace, const periods::PeriodKey& period) {
+    const auto company = workspace.OpenCompany();
+    for (const auditfile::SectionCount& section : auditfile::CountSections(*company, period)) {
+      if (section.rows > 0) workspace.Out() << fmt::format("{:>9}  {}\n", section.rows, section.caption);
+    }
   }
 
   automation::WizardInput input_;

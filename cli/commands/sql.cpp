@@ -1,8 +1,8 @@
 #include <fmt/format.h>
 
 #include <fstream>
-#include <iterator>
 #include <ostream>
+#include <sstream>
 
 #include "cli/commands.h"
 #include "cli/failures.h"
@@ -16,8 +16,13 @@ namespace {
 
 std::string ReadScript(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (!file) throw Refusal(fmt::format("Não foi possível ler o ficheiro {}.", path));
+  std::ostringstream content;
+  if (file.peek() != std::ifstream::traits_type::eof()) content << file.rdbuf();
+  // An empty script is one too; a folder opens like a file and fails only when it is read.
+  if (!file.is_open() || file.bad() || content.fail()) {
+    throw Refusal(fmt::format("Não foi possível ler o ficheiro {}.", path));
+  }
+  std::string text = std::move(content).str();
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
   return text;
