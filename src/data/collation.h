@@ -12,7 +12,9 @@ namespace korvel::data {
 
 /// Below 0, 0 or above 0 as `a` sorts before, with or behind `b`.
 int Collate(std::string_view a, std::string_view b);
-inline bool SameText(std::string_view a, std::string_view b) { return Collate(a, b) == 0; }
+inline bool SameText(std::string_view a, std::string_view b) {
+  return Collate(a, b) == 0;
+}
 /// Equal for texts that collate as equal; for hashed look-ups that must find what the server would find.
 std::string CollationKey(std::string_view text);
 

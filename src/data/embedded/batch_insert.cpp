@@ -81,7 +81,7 @@ void EmbeddedBatch::Bind(std::size_t i, const Parameter& value) {
       (slot.type.base == Type::Text ||
        (slot.type.base == Type::Varchar && text->size() <= static_cast<std::size_t>(slot.type.length)));
   if (fits) {
-    statement_.Bind(static_cast<int>(i) + 1, *text);
+    statement_.BindText(static_cast<int>(i) + 1, *text);
   } else {
     BindConverted(i, value);
   }

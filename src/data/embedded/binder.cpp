@@ -160,6 +160,8 @@ Bound Binder::ScalarOf(const Expr& expr, const Scope& scope) {
       return Case(expr, scope);
     case ExprKind::Convert: {
       Bound value = Scalar(*expr.args[0], scope);
+      // A NULL that was given a type keeps it.
+      if (value.null) return ExpressionOf("NULL", expr.type);
       return ConvertTo(std::move(value), expr.type, ConvertMode::Cast, expr.number);
     }
     case ExprKind::Subquery:

@@ -43,6 +43,11 @@ std::vector<std::string> ColumnNames(const Object& object, std::string_view ordi
   return names;
 }
 
+Error Damaged(const Store& store) {
+  return Failed(Code::Damaged,
+                "O ficheiro da base de dados " + store.Name() + " não é deste sistema ou está danificado");
+}
+
 }  // namespace
 
 const Column* Object::FindColumn(std::string_view column) const {
@@ -73,7 +78,7 @@ std::int64_t Catalogue::VersionOf(Store& store) {
 
 std::shared_ptr<const Catalogue> Catalogue::Load(Store& store) {
   if (store.Number("PRAGMA application_id") != kApplicationId) {
-    throw Failed(Code::Damaged, "O ficheiro não é uma base de dados deste sistema, ou está danificado");
+    throw Damaged(store);
   }
   auto catalogue = std::make_shared<Catalogue>();
   catalogue->version_ = VersionOf(store);
@@ -102,8 +107,7 @@ void Catalogue::ReadColumns(Store& store) {
   while (rows.Step()) {
     const auto owner = byId_.find(rows.Integer(0));
     const auto type = TypeByName(rows.Text(3), -1, -1);
-    if (owner == byId_.end() || !type)
-      throw Failed(Code::Damaged, "O catálogo da base de dados está danificado");
+    if (owner == byId_.end() || !type) throw Damaged(store);
     const auto number = [&](int column) { return static_cast<int>(rows.Integer(column)); };
     owner->second->columns.push_back(
         {number(1), std::string(rows.Text(2)), ColumnType{type->base, number(4), number(5), number(6)},

@@ -49,21 +49,28 @@ Stored BatchCursor::As(std::size_t column, const ColumnType& type) const {
 }
 
 std::string_view BatchCursor::Text(std::size_t column) const {
+  if (!IsText(TypeOf(column))) return Written(column);
+  const int i = static_cast<int>(column);
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, i));
+  return text == nullptr
+             ? std::string_view()
+             : std::string_view(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_, i)));
+}
+
+std::string_view BatchCursor::Written(std::size_t column) const {
   const Stored value = Read(column);
-  if (const auto* text = std::get_if<std::string_view>(&value)) return *text;
+  const ColumnType& type = TypeOf(column);
   std::string& written = texts_[column];
   written.clear();
-  const ColumnType& type = TypeOf(column);
-  if (const auto* units = std::get_if<std::int64_t>(&value)) {
-    if (IsDate(type)) {
-      written = DateFromTicks(*units).FullText();
-    } else if (type.base == Type::Money) {
-      AppendMoney(written, *units);
-    } else {
-      AppendDecimal(written, *units, ScaleOf(type));
-    }
-  } else if (std::holds_alternative<double>(value)) {
-    written = ToText(ToValue(value, type));
+  if (std::holds_alternative<Null>(value)) return written;
+  if (const auto* number = std::get_if<double>(&value)) {
+    written = ToText(Value(*number));
+  } else if (IsDate(type)) {
+    written = DateFromTicks(std::get<std::int64_t>(value)).FullText();
+  } else if (type.base == Type::Money) {
+    AppendMoney(written, std::get<std::int64_t>(value));
+  } else {
+    AppendDecimal(written, std::get<std::int64_t>(value), ScaleOf(type));
   }
   return written;
 }

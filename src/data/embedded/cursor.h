@@ -30,6 +30,8 @@ class BatchCursor : public Cursor {
 
  private:
   Stored Read(std::size_t column) const;
+  /// A number or date as text.
+  std::string_view Written(std::size_t column) const;
   /// The value as another type.
   Stored As(std::size_t column, const ColumnType& type) const;
   const ColumnType& TypeOf(std::size_t column) const;

@@ -27,16 +27,17 @@ Database::Database(std::string name, std::unique_ptr<Store> store)
 std::shared_ptr<const Catalogue> Database::Now() {
   const std::int64_t now = version_.Step() ? version_.Integer(0) : 0;
   version_.Reset();
-  if (catalogue_ == nullptr || now != catalogue_->Version()) {
+  if (stale_ || now != catalogue_->Version()) {
     index_.clear();
     entries_.clear();
     catalogue_ = Catalogue::Load(*store_);
+    stale_ = false;
   }
   return catalogue_;
 }
 
 void Database::Forget() {
-  catalogue_ = nullptr;
+  stale_ = true;
 }
 
 std::shared_ptr<Ready> Database::Find(const std::string& key) {

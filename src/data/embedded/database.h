@@ -47,6 +47,7 @@ class Database {
   std::string name_;
   std::unique_ptr<Store> store_;
   std::shared_ptr<const Catalogue> catalogue_;
+  bool stale_ = false;
   Prepared version_;
   std::list<Entry> entries_;  // latest first
   std::unordered_map<std::string_view, std::list<Entry>::iterator> index_;

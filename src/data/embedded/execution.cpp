@@ -58,9 +58,10 @@ void Execution::FinishRows() {
 
 bool Execution::Step() {
   if (done_) return false;
-  database_->File().SetDeadline();
+  // The time limit is for the server's work up to the first row, not for the reader's between rows.
+  if (count_ == 0) database_->File().SetDeadline();
   done_ = !rows_->statement.Step();
-  database_->File().ClearDeadline();
+  if (count_ == 0) database_->File().ClearDeadline();
   if (!done_) ++count_;
   return !done_;
 }
@@ -129,6 +130,7 @@ void Execution::RunWrite(std::shared_ptr<Ready> ready) {
   BindSlots(ready->statement, ready->translation.slots, parameters_.View(), session_->Values(), ready->owned);
   rows_ = std::move(ready);
   done_ = false;
+  count_ = 0;
   Step();
   const bool givesIdentity = rows_->translation.givesIdentity;
   Reset();

@@ -18,7 +18,7 @@ struct Token {
 };
 
 /// Splits a batch; comments and blanks go. The last token is of kind End.
-/// Throws Error (native 102 or 105) on a character that no token begins with and on quotes or comments left open.
+/// Throws Error (native 102) on a character that no token begins with and on quotes or comments left open.
 std::vector<Token> Tokenize(std::string_view batch);
 
 /// The beginning of a batch for an error text: names and symbols as written, texts and numbers masked, so that

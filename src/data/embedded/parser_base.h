@@ -55,17 +55,22 @@ class ExpressionParser : public TokenReader {
  public:
   using TokenReader::TokenReader;
 
-  ExprPtr Expression();
+  /// A value; a condition is refused.
+  ExprPtr Value();
   QueryPtr ParseQuery();
   int Parameters() const { return parameters_; }
 
  protected:
-  ExprPtr Condition() { return Expression(); }
+  /// A condition; a value is refused.
+  ExprPtr Condition();
   void SkipTableHints();
 
  private:
   class Nesting;
 
+  ExprPtr Expression();
+  ExprPtr RequireValue(ExprPtr expr) const;
+  ExprPtr RequireCondition(ExprPtr expr) const;
   ExprPtr AndChain();
   ExprPtr NotLevel();
   ExprPtr Predicate();

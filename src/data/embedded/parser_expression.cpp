@@ -42,6 +42,10 @@ ExprPtr Copy(const Expr& from) {
   return copy;
 }
 
+bool IsCondition(const Expr& expr) {
+  return expr.kind >= ExprKind::Compare;
+}
+
 bool HoldsQuery(const Expr& expr) {
   return expr.query != nullptr ||
          std::any_of(expr.args.begin(), expr.args.end(), [](const ExprPtr& arg) { return HoldsQuery(*arg); });
@@ -63,26 +67,44 @@ class ExpressionParser::Nesting {
   ExpressionParser& parser_;
 };
 
+ExprPtr ExpressionParser::RequireValue(ExprPtr expr) const {
+  if (IsCondition(*expr)) Fail();
+  return expr;
+}
+
+ExprPtr ExpressionParser::RequireCondition(ExprPtr expr) const {
+  if (!IsCondition(*expr)) Fail();
+  return expr;
+}
+
+ExprPtr ExpressionParser::Value() {
+  return RequireValue(Expression());
+}
+ExprPtr ExpressionParser::Condition() {
+  return RequireCondition(Expression());
+}
+
+/// Either of both: what stands between brackets may be a condition or a value.
 ExprPtr ExpressionParser::Expression() {
   const Nesting nesting(*this);
   ExprPtr first = AndChain();
   if (!IsWord("or")) return first;
-  ExprPtr chain = Node(ExprKind::Or, "", std::move(first));
-  while (TakeWord("or")) chain->args.push_back(AndChain());
+  ExprPtr chain = Node(ExprKind::Or, "", RequireCondition(std::move(first)));
+  while (TakeWord("or")) chain->args.push_back(RequireCondition(AndChain()));
   return chain;
 }
 
 ExprPtr ExpressionParser::AndChain() {
   ExprPtr first = NotLevel();
   if (!IsWord("and")) return first;
-  ExprPtr chain = Node(ExprKind::And, "", std::move(first));
-  while (TakeWord("and")) chain->args.push_back(NotLevel());
+  ExprPtr chain = Node(ExprKind::And, "", RequireCondition(std::move(first)));
+  while (TakeWord("and")) chain->args.push_back(RequireCondition(NotLevel()));
   return chain;
 }
 
 ExprPtr ExpressionParser::NotLevel() {
   const Nesting nesting(*this);
-  if (TakeWord("not")) return Node(ExprKind::Not, "", NotLevel());
+  if (TakeWord("not")) return Node(ExprKind::Not, "", RequireCondition(NotLevel()));
   return Predicate();
 }
 
@@ -99,23 +121,27 @@ ExprPtr ExpressionParser::Predicate() {
 
 ExprPtr ExpressionParser::PredicateOf(ExprPtr value) {
   for (const std::string_view sign : {"=", "<>", "<=", ">=", "<", ">"}) {
-    if (TakeSymbol(sign)) return Node(ExprKind::Compare, std::string(sign), std::move(value), Sum());
+    if (TakeSymbol(sign))
+      return Node(ExprKind::Compare, std::string(sign), RequireValue(std::move(value)), RequireValue(Sum()));
   }
   if (TakeWord("is")) {
     const bool negated = TakeWord("not");
     ExpectWord("null");
-    return Flagged(Node(ExprKind::IsNull, "", std::move(value)), negated);
+    return Flagged(Node(ExprKind::IsNull, "", RequireValue(std::move(value))), negated);
   }
   const bool negated = TakeWord("not");
   if (TakeWord("like")) {
-    ExprPtr like = Flagged(Node(ExprKind::Like, "", std::move(value), Sum()), negated);
-    if (TakeWord("escape")) like->args.push_back(Sum());
+    ExprPtr like =
+        Flagged(Node(ExprKind::Like, "", RequireValue(std::move(value)), RequireValue(Sum())), negated);
+    if (TakeWord("escape")) like->args.push_back(RequireValue(Sum()));
     return like;
   }
   if (TakeWord("between")) {
-    ExprPtr low = Sum();
+    ExprPtr low = RequireValue(Sum());
     ExpectWord("and");
-    return Flagged(Node(ExprKind::Between, "", std::move(value), std::move(low), Sum()), negated);
+    return Flagged(
+        Node(ExprKind::Between, "", RequireValue(std::move(value)), std::move(low), RequireValue(Sum())),
+        negated);
   }
   if (TakeWord("in")) return InList(std::move(value), negated);
   if (negated) Fail();
@@ -123,13 +149,13 @@ ExprPtr ExpressionParser::PredicateOf(ExprPtr value) {
 }
 
 ExprPtr ExpressionParser::InList(ExprPtr value, bool negated) {
-  ExprPtr in = Flagged(Node(ExprKind::In, "", std::move(value)), negated);
+  ExprPtr in = Flagged(Node(ExprKind::In, "", RequireValue(std::move(value))), negated);
   ExpectSymbol("(");
   if (IsWord("select")) {
     in->query = ParseQuery();
   } else {
     do {
-      in->args.push_back(Sum());
+      in->args.push_back(RequireValue(Sum()));
     } while (TakeSymbol(","));
   }
   ExpectSymbol(")");
@@ -142,7 +168,7 @@ ExprPtr ExpressionParser::Sum() {
   while (IsSymbol("+") || IsSymbol("-")) {
     if (++chain > kLongestChain) Fail();
     const std::string sign = Next().text;
-    left = Node(ExprKind::Arithmetic, sign, std::move(left), Product());
+    left = Node(ExprKind::Arithmetic, sign, RequireValue(std::move(left)), RequireValue(Product()));
   }
   return left;
 }
@@ -153,16 +179,16 @@ ExprPtr ExpressionParser::Product() {
   while (IsSymbol("*") || IsSymbol("/") || IsSymbol("%")) {
     if (++chain > kLongestChain) Fail();
     const std::string sign = Next().text;
-    left = Node(ExprKind::Arithmetic, sign, std::move(left), Unary());
+    left = Node(ExprKind::Arithmetic, sign, RequireValue(std::move(left)), RequireValue(Unary()));
   }
   return left;
 }
 
 ExprPtr ExpressionParser::Unary() {
   const Nesting nesting(*this);
-  if (TakeSymbol("+")) return Unary();
+  if (TakeSymbol("+")) return RequireValue(Unary());
   if (!TakeSymbol("-")) return Primary();
-  ExprPtr operand = Unary();
+  ExprPtr operand = RequireValue(Unary());
   const bool plain = operand->kind == ExprKind::Number && operand->text.front() != '-';
   if (!plain) return Node(ExprKind::Negate, "", std::move(operand));
   operand->text.insert(0, 1, '-');
@@ -228,7 +254,7 @@ ExprPtr ExpressionParser::FunctionCall() {
   call->distinct = TakeWord("distinct");
   if (!call->distinct) TakeWord("all");
   do {
-    call->args.push_back(Expression());
+    call->args.push_back(Value());
   } while (TakeSymbol(","));
   ExpectSymbol(")");
   return call;
@@ -236,18 +262,17 @@ ExprPtr ExpressionParser::FunctionCall() {
 
 ExprPtr ExpressionParser::Case() {
   ExprPtr result = Make(ExprKind::Case);
-  ExprPtr operand = IsWord("when") ? nullptr : Expression();
+  ExprPtr operand = IsWord("when") ? nullptr : Value();
   if (operand && HoldsQuery(*operand)) Fail();
   while (TakeWord("when")) {
-    ExprPtr when = Expression();
-    if (operand) when = Node(ExprKind::Compare, "=", Copy(*operand), std::move(when));
+    ExprPtr when = operand ? Node(ExprKind::Compare, "=", Copy(*operand), Value()) : Condition();
     result->args.push_back(std::move(when));
     ExpectWord("then");
-    result->args.push_back(Expression());
+    result->args.push_back(Value());
   }
   if (result->args.empty()) Fail();
   result->flag = TakeWord("else");
-  if (result->flag) result->args.push_back(Expression());
+  if (result->flag) result->args.push_back(Value());
   ExpectWord("end");
   return result;
 }
@@ -257,7 +282,7 @@ ExprPtr ExpressionParser::ConvertCall() {
   ExpectSymbol("(");
   convert->type = ExpectType(kDefaultVarchar);
   ExpectSymbol(",");
-  convert->args.push_back(Expression());
+  convert->args.push_back(Value());
   if (TakeSymbol(",")) {
     const std::int64_t style = ExpectInteger();
     if (style < 0 || style > 131) Fail();
@@ -270,7 +295,7 @@ ExprPtr ExpressionParser::ConvertCall() {
 ExprPtr ExpressionParser::CastCall() {
   Next();
   ExpectSymbol("(");
-  ExprPtr convert = Node(ExprKind::Convert, "", Expression());
+  ExprPtr convert = Node(ExprKind::Convert, "", Value());
   ExpectWord("as");
   convert->type = ExpectType(kDefaultVarchar);
   ExpectSymbol(")");

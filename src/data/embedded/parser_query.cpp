@@ -29,7 +29,7 @@ Select ExpressionParser::SelectBody() {
   if (TakeWord("where")) select.where = Condition();
   if (TakeWords({"group", "by"})) {
     do {
-      select.groupBy.push_back(Expression());
+      select.groupBy.push_back(Value());
     } while (TakeSymbol(","));
   }
   if (TakeWord("having")) select.having = Condition();
@@ -46,10 +46,10 @@ SelectItem ExpressionParser::Item() {
   if (IsName() && IsSymbol("=", 1)) {
     item.alias = Next().text;
     Next();
-    item.expr = Expression();
+    item.expr = Value();
     return item;
   }
-  item.expr = Expression();
+  item.expr = Value();
   if (TakeWord("as") || IsName() || Peek().kind == TokenKind::String) item.alias = ExpectAlias();
   return item;
 }
@@ -136,7 +136,7 @@ std::vector<OrderItem> ExpressionParser::OrderList() {
   std::vector<OrderItem> items;
   do {
     OrderItem item;
-    item.expr = Expression();
+    item.expr = Value();
     item.descending = TakeWord("desc");
     if (!item.descending) TakeWord("asc");
     items.push_back(std::move(item));

@@ -163,7 +163,10 @@ std::optional<DatabaseEntry> Server::FindDatabase(std::string_view database) {
 }
 
 std::unique_ptr<Store> Server::OpenDatabase(const DatabaseEntry& entry) {
-  return std::make_unique<Store>(FileOf(entry.name), entry.name, OpenMode::Existing, timeoutSeconds_);
+  auto store = std::make_unique<Store>(FileOf(entry.name), entry.name, OpenMode::Existing, timeoutSeconds_);
+  // Nothing changes as a rule; a DROP DATABASE that was killed half-way may have left the mode.
+  store->Run("PRAGMA journal_mode=WAL");
+  return store;
 }
 
 void Server::CreateDatabase(std::string_view database) {

@@ -42,19 +42,23 @@ Prepared::Prepared(Store& store, std::string_view sql) : store_(&store) {
 }
 
 void Prepared::Bind(int parameter, const Stored& value) {
-  struct Binder {
-    sqlite3_stmt* statement;
-    int parameter;
-    int operator()(Null) const { return sqlite3_bind_null(statement, parameter); }
-    int operator()(std::int64_t units) const { return sqlite3_bind_int64(statement, parameter, units); }
-    int operator()(double number) const { return sqlite3_bind_double(statement, parameter, number); }
-    int operator()(std::string_view text) const {
-      // A view of nothing has no address, which the store would read as NULL.
-      const char* data = text.data() == nullptr ? "" : text.data();
-      return sqlite3_bind_text64(statement, parameter, data, text.size(), SQLITE_STATIC, SQLITE_UTF8);
-    }
-  };
-  const int result = std::visit(Binder{statement_.get(), parameter}, value);
+  if (const auto* text = std::get_if<std::string_view>(&value)) return BindText(parameter, *text);
+  int result = SQLITE_OK;
+  if (const auto* units = std::get_if<std::int64_t>(&value)) {
+    result = sqlite3_bind_int64(statement_.get(), parameter, *units);
+  } else if (const auto* number = std::get_if<double>(&value)) {
+    result = sqlite3_bind_double(statement_.get(), parameter, *number);
+  } else {
+    result = sqlite3_bind_null(statement_.get(), parameter);
+  }
+  if (result != SQLITE_OK) store_->Fail(result);
+}
+
+void Prepared::BindText(int parameter, std::string_view text) {
+  // A view of nothing has no address, which the store would read as NULL.
+  const char* data = text.data() == nullptr ? "" : text.data();
+  const int result =
+      sqlite3_bind_text64(statement_.get(), parameter, data, text.size(), SQLITE_STATIC, SQLITE_UTF8);
   if (result != SQLITE_OK) store_->Fail(result);
 }
 
@@ -100,6 +104,9 @@ Store::Store(const std::filesystem::path& file, std::string name, OpenMode mode,
   if (result != SQLITE_OK) Fail(result);
   sqlite3_busy_timeout(raw, timeoutSeconds * 1000);
   sqlite3_progress_handler(raw, kProgressSteps, &Store::OnProgress, this);
+  // A name between double quotes is a name, and never a text when no such column is there.
+  sqlite3_db_config(raw, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(raw, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
   RegisterFunctions(*this);
   Run(kPragmas);
 }

@@ -35,6 +35,7 @@ class Prepared {
 
   /// A text is not copied: it must live until Reset or the next Bind of that parameter.
   void Bind(int parameter, const Stored& value);
+  void BindText(int parameter, std::string_view text);
   /// True with a row, false at the end. Throws Error.
   bool Step();
   void Reset();
@@ -67,6 +68,7 @@ class Store {
   Store(const Store&) = delete;
   Store& operator=(const Store&) = delete;
 
+  const std::string& Name() const { return name_; }
   void Run(std::string_view sql);
   Prepared Prepare(std::string_view sql) { return Prepared(*this, sql); }
   /// First column of the first row, 0 without one.
