@@ -1,0 +1,1 @@
+// Holds nothing: the target that compiles the shared headers needs one source.
