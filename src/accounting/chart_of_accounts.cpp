@@ -7,13 +7,13 @@
 #include <string>
 #include <utility>
 
-#include "accounting/company_tables.h"
-#include "accounting/failures.h"
 #include "accounting/journal_balances.h"
 #include "data/collation.h"
 #include "data/date_time.h"
+#include "periods/company_tables.h"
 #include "periods/parameters.h"
 #include "session/connections.h"
+#include "session/failures.h"
 #include "toolkit/numbers.h"
 #include "toolkit/progress_scope.h"
 #include "toolkit/text.h"
@@ -121,18 +121,20 @@ const periods::StagedTable& ContasTable() {
 
 std::optional<Grid> CalcularContas(const session::Context& context, const periods::PeriodKey& period,
                                    const periods::LunderFilter& filter) {
-  if (!IsChosen(period)) return std::nullopt;
+  if (!periods::IsChosen(period)) return std::nullopt;
   // Every journal chosen and no account range gives two empty clauses as well and stops here; that is deliberate.
   if (filter.contas.empty() && filter.diarios.empty()) return std::nullopt;
-  return Reported(context, std::optional<Grid>(), [&] { return ReadChart(context, period, filter); });
+  return session::Reported(context, std::optional<Grid>(),
+                           [&] { return ReadChart(context, period, filter); });
 }
 
 bool GravarContas(const session::Context& context, const periods::PeriodKey& period, const Grid& contas) {
-  return SaveToCompany(context, ContasTable(), period, contas, "Gravando Contas. Aguarde por favor...");
+  return periods::SaveToCompany(context, ContasTable(), period, contas,
+                                "Gravando Contas. Aguarde por favor...");
 }
 
 std::optional<Grid> CarregarContas(const session::Context& context, const periods::PeriodKey& period) {
-  return LoadFromCompany(context, ContasTable(), period);
+  return periods::LoadFromCompany(context, ContasTable(), period);
 }
 
 }  // namespace korvel::accounting

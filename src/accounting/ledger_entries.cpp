@@ -4,13 +4,13 @@
 
 #include <optional>
 
-#include "accounting/company_tables.h"
 #include "accounting/document_codes.h"
-#include "accounting/failures.h"
 #include "accounting/ledger_mapper.h"
 #include "accounting/ledger_sources.h"
 #include "accounting/ledger_writer.h"
+#include "periods/company_tables.h"
 #include "session/connections.h"
+#include "session/failures.h"
 #include "session/lookups.h"
 #include "toolkit/progress_scope.h"
 
@@ -159,7 +159,7 @@ class Staging {
   }
 
   std::optional<EmptyValue> Write(LedgerMapper& mapper, LedgerWriter& writer) {
-    ProgressScope progress(context_.progress, kProcessing, lines_);
+    ProgressScope progress(context_.progress, periods::kProcessing, lines_);
     data::Recordset rows = lunder_->Query(fmt::format(kMainStatement, clause_));
     for (; !rows.Eof(); rows.MoveNext()) {
       progress.Step([&] {
@@ -198,9 +198,10 @@ class Staging {
 
 bool CalcularMovimentos(const session::Context& context, const periods::PeriodKey& period,
                         Confirmation confirmation) {
-  if (!IsChosen(period)) return false;
-  if (confirmation == Confirmation::Ask && !Confirmed(context, "Confirma o Processamento?")) return false;
-  const bool staged = Reported(context, false, [&] { return Staging(context, period).Run(); });
+  if (!periods::IsChosen(period)) return false;
+  if (confirmation == Confirmation::Ask && !periods::Confirmed(context, "Confirma o Processamento?"))
+    return false;
+  const bool staged = session::Reported(context, false, [&] { return Staging(context, period).Run(); });
   context.dialogs.Focus("lvwDocumentos");
   return staged;
 }

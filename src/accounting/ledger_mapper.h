@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "accounting/collated_map.h"
+#include "data/collated_map.h"
 #include "data/currency.h"
 #include "data/date_time.h"
 #include "toolkit/numbers.h"
@@ -78,7 +78,7 @@ struct Journal {
   std::string description;
   const JournalRole* role = nullptr;  // null for a journal without one
 };
-using Journals = CollatedMap<Journal>;
+using Journals = data::CollatedMap<Journal>;
 
 /// What the verification of a period's journal counts: lines of staged accounts, those without a value too.
 struct LedgerTotals {

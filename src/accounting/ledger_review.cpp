@@ -5,11 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "accounting/company_tables.h"
-#include "accounting/failures.h"
 #include "accounting/ledger_entries.h"
 #include "accounting/ledger_mapper.h"
+#include "periods/company_tables.h"
 #include "session/connections.h"
+#include "session/failures.h"
 #include "session/lookups.h"
 #include "toolkit/numbers.h"
 #include "toolkit/progress_scope.h"
@@ -102,7 +102,7 @@ std::unique_ptr<LedgerReview> OpenReview(const session::Context& context, const 
     return nullptr;
   }
   if (confirmation == Confirmation::Ask &&
-      !Confirmed(context, fmt::format("Confirma a visualização de {} Registos?", count))) {
+      !periods::Confirmed(context, fmt::format("Confirma a visualização de {} Registos?", count))) {
     return nullptr;
   }
   const std::string statement =
@@ -121,14 +121,14 @@ const periods::StagedTable& MovimentosTable() {
 
 std::unique_ptr<LedgerReview> VerRegistos(const session::Context& context, const periods::PeriodKey& period,
                                           Confirmation confirmation) {
-  if (!IsChosen(period)) return nullptr;
-  return Reported(context, std::unique_ptr<LedgerReview>(),
-                  [&] { return OpenReview(context, period, confirmation); });
+  if (!periods::IsChosen(period)) return nullptr;
+  return session::Reported(context, std::unique_ptr<LedgerReview>(),
+                           [&] { return OpenReview(context, period, confirmation); });
 }
 
 bool GravarMovimentos(const session::Context& context, const periods::PeriodKey& period,
                       const periods::Grid& linhas) {
-  return SaveToCompany(context, MovimentosTable(), period, linhas, kSaving);
+  return periods::SaveToCompany(context, MovimentosTable(), period, linhas, periods::kSaving);
 }
 
 }  // namespace korvel::accounting

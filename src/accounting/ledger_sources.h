@@ -3,15 +3,15 @@
 #include <string>
 #include <variant>
 
-#include "accounting/collated_map.h"
 #include "accounting/ledger_mapper.h"
+#include "data/collated_map.h"
 #include "data/connection.h"
 #include "periods/period.h"
 
 namespace korvel::accounting {
 
 /// The accounts staged for a period. Throws data::Error, as all below.
-using AccountSet = CollatedMap<std::monostate>;
+using AccountSet = data::CollatedMap<std::monostate>;
 AccountSet ReadStagedAccounts(data::Connection& company, const periods::PeriodKey& period);
 
 /// The journals of Lunder with the roles that `Configura` gives them.

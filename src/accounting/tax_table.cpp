@@ -6,9 +6,9 @@
 #include <string>
 #include <utility>
 
-#include "accounting/company_tables.h"
-#include "accounting/failures.h"
+#include "periods/company_tables.h"
 #include "session/connections.h"
+#include "session/failures.h"
 #include "session/lookups.h"
 #include "toolkit/dates.h"
 #include "toolkit/numbers.h"
@@ -65,7 +65,7 @@ GridRow ReadTax(const session::Context& context, const data::Recordset& taxas) {
 std::optional<Grid> ReadTaxes(const session::Context& context) {
   session::ConnectionPtr lunder;
   if (!session::AbreConnection_bln(context, lunder, session::kLunder)) return std::nullopt;
-  toolkit::ProgressScope progress(context.progress, kProcessing,
+  toolkit::ProgressScope progress(context.progress, periods::kProcessing,
                                   session::ContaRegistos_lng(*lunder, "TaxasIva", ""));
   Grid grid;
   data::Recordset taxas = lunder->Query("select * from TaxasIva order by Regiao,Taxa,NumRegisto");
@@ -85,16 +85,16 @@ const periods::StagedTable& ImpostosTable() {
 }
 
 std::optional<Grid> CalcularImpostos(const session::Context& context, const periods::PeriodKey& period) {
-  if (!IsChosen(period)) return std::nullopt;
-  return Reported(context, std::optional<Grid>(), [&] { return ReadTaxes(context); });
+  if (!periods::IsChosen(period)) return std::nullopt;
+  return session::Reported(context, std::optional<Grid>(), [&] { return ReadTaxes(context); });
 }
 
 bool GravarImpostos(const session::Context& context, const periods::PeriodKey& period, const Grid& impostos) {
-  return SaveToCompany(context, ImpostosTable(), period, impostos, kSaving);
+  return periods::SaveToCompany(context, ImpostosTable(), period, impostos, periods::kSaving);
 }
 
 std::optional<Grid> CarregarImpostos(const session::Context& context, const periods::PeriodKey& period) {
-  return LoadFromCompany(context, ImpostosTable(), period);
+  return periods::LoadFromCompany(context, ImpostosTable(), period);
 }
 
 }  // namespace korvel::accounting

@@ -7,12 +7,12 @@
 #include <unordered_map>
 #include <utility>
 
-#include "accounting/company_tables.h"
-#include "accounting/failures.h"
 #include "accounting/period_kinds.h"
 #include "data/collation.h"
 #include "data/sql_text.h"
+#include "periods/company_tables.h"
 #include "session/connections.h"
+#include "session/failures.h"
 #include "session/lookups.h"
 #include "toolkit/progress_scope.h"
 #include "toolkit/text.h"
@@ -168,7 +168,7 @@ void RefuseWithoutTaxId(const session::Context& context, std::string_view accoun
 bool ReadAccounts(const session::Context& context, data::Connection& lunder, const ThirdPartyKind& kind,
                   Rows& rows) {
   const std::string condition = fmt::format(" Where CliFor='{}' and Tipo='M' ", kind.accountLetter);
-  toolkit::ProgressScope progress(context.progress, kProcessing,
+  toolkit::ProgressScope progress(context.progress, periods::kProcessing,
                                   session::ContaRegistos_lng(lunder, "Contas", condition));
   data::Recordset contas = lunder.Query(
       "select NumRegisto,isnull(ContaSP,'') as ContaSP,isnull(ContaCP,'') as ContaCP,isnull(Titulo,'') as "
@@ -231,8 +231,9 @@ const ThirdPartyKind& Fornecedores() {
 
 std::optional<Grid> CalcularTerceiros(const session::Context& context, const periods::PeriodKey& period,
                                       const ThirdPartyKind& kind) {
-  if (!IsChosen(period)) return std::nullopt;
-  return Reported(context, std::optional<Grid>(), [&] { return ReadThirdParties(context, period, kind); });
+  if (!periods::IsChosen(period)) return std::nullopt;
+  return session::Reported(context, std::optional<Grid>(),
+                           [&] { return ReadThirdParties(context, period, kind); });
 }
 
 bool GravarTerceiros(const session::Context& context, const periods::PeriodKey& period,
@@ -240,12 +241,12 @@ bool GravarTerceiros(const session::Context& context, const periods::PeriodKey& 
   for (GridRow& row : rows) {
     if (toolkit::IsBlank(row.cells[kCode])) row.cells[kCode] = row.cells[kItemKey];
   }
-  return SaveToCompany(context, *kind.table, period, rows, kSaving);
+  return periods::SaveToCompany(context, *kind.table, period, rows, periods::kSaving);
 }
 
 std::optional<Grid> CarregarTerceiros(const session::Context& context, const periods::PeriodKey& period,
                                       const ThirdPartyKind& kind) {
-  std::optional<Grid> grid = LoadFromCompany(context, *kind.table, period);
+  std::optional<Grid> grid = periods::LoadFromCompany(context, *kind.table, period);
   if (!grid) return grid;
   for (GridRow& row : *grid) row.cells[kItemKey] = row.cells[kCode];
   return grid;

@@ -18,7 +18,7 @@ void ForEachKey(data::Connection& connection, const std::string& statement, Keep
 }
 
 template <typename Value>
-void KeepFirst(accounting::CollatedMap<Value>& map, std::string_view key, Value value) {
+void KeepFirst(data::CollatedMap<Value>& map, std::string_view key, Value value) {
   if (!map.Find(key)) map[key] = std::move(value);
 }
 

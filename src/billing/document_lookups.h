@@ -4,8 +4,8 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "accounting/collated_map.h"
 #include "billing/billing_period.h"
+#include "data/collated_map.h"
 #include "data/collation.h"
 #include "data/connection.h"
 
@@ -43,7 +43,7 @@ struct OriginatingOrder {
   std::string date;
 };
 
-using TextMap = accounting::CollatedMap<std::string>;
+using TextMap = data::CollatedMap<std::string>;
 
 /// As CollatedMap, for many keys that are asked for once each.
 template <typename Value>
@@ -60,16 +60,16 @@ class LargeMap {
 };
 
 struct DocumentLookups {
-  accounting::CollatedMap<DocumentType> types;          // by `TabTipoMov.Codigo`
-  accounting::CollatedMap<DocumentCustomer> customers;  // by `Clientes.Codigo`
-  TextMap exemptionReasons;                             // `TabIVA.Saft_TaxExemptionReason` by `Codigo`
-  TextMap paymentMechanisms;                            // `PagaComo.ClassificaSaft` by `Codigo`
-  TextMap chargeNames;                                  // `ImpostosConfig.Descricao` by `Codigo`
-  accounting::CollatedMap<TaxKeys> taxes;               // by `CodigoBrevant`, of the period
-  TextMap regions;                                      // `TabArmazens.Classificacao` by `Armazem`
-  LargeMap<std::string> orderDates;                     // `CliMovEnc.DataPedido` by `NumEnc`
-  LargeMap<OriginatingOrder> relatedLines;              // by `MovProduto.Identifica`
-  LargeMap<std::string> transactions;                   // "<Data> <Diario> <Numero>" by TransactionKey
+  data::CollatedMap<DocumentType> types;          // by `TabTipoMov.Codigo`
+  data::CollatedMap<DocumentCustomer> customers;  // by `Clientes.Codigo`
+  TextMap exemptionReasons;                       // `TabIVA.Saft_TaxExemptionReason` by `Codigo`
+  TextMap paymentMechanisms;                      // `PagaComo.ClassificaSaft` by `Codigo`
+  TextMap chargeNames;                            // `ImpostosConfig.Descricao` by `Codigo`
+  data::CollatedMap<TaxKeys> taxes;               // by `CodigoBrevant`, of the period
+  TextMap regions;                                // `TabArmazens.Classificacao` by `Armazem`
+  LargeMap<std::string> orderDates;               // `CliMovEnc.DataPedido` by `NumEnc`
+  LargeMap<OriginatingOrder> relatedLines;        // by `MovProduto.Identifica`
+  LargeMap<std::string> transactions;             // "<Data> <Diario> <Numero>" by TransactionKey
 };
 
 /// The key of a ledger entry in `transactions`.

@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "accounting/company_tables.h"
-#include "accounting/failures.h"
 #include "billing/document_rows.h"
 #include "billing/documents.h"
+#include "periods/company_tables.h"
 #include "session/connections.h"
+#include "session/failures.h"
 #include "session/lookups.h"
 #include "toolkit/progress_scope.h"
 
@@ -133,7 +133,7 @@ bool Show(const session::Context& context, const BillingPeriod& period, const Do
   if (!session::AbreConnectionLOCAL_bln(context, company)) return false;
   const std::string where = " Where " + period.key.Condition();
   const std::int64_t count = session::ContaRegistos_lng(*company, kDocumentsTable, where);
-  if (!accounting::Confirmed(context, fmt::format("Confirma a visualização de {} Registos?", count)))
+  if (!periods::Confirmed(context, fmt::format("Confirma a visualização de {} Registos?", count)))
     return false;
   HandOver(context, *company, where, count, sink);
   return true;
@@ -149,8 +149,7 @@ void Write(const session::Context& context, data::Connection& company, const Bil
   values.resize(names.size());
   values[names.size() - 2] = context.session.gUtilizador;
   values[names.size() - 1] = now;
-  toolkit::ProgressScope progress(context.progress, accounting::kSaving,
-                                  static_cast<std::int64_t>(rows.size()));
+  toolkit::ProgressScope progress(context.progress, periods::kSaving, static_cast<std::int64_t>(rows.size()));
   for (const periods::GridRow& row : rows) {
     progress.Step();
     for (std::size_t i = 0; i < kSaved; ++i) values[kKeyColumns.size() + i] = row.cells[kFirstSaved + i];
@@ -179,14 +178,14 @@ const periods::StagedTable& DocumentosTable() {
 
 bool VerDocumentos(const session::Context& context, const BillingPeriod& period,
                    const DocumentRowSink& sink) {
-  if (!accounting::IsChosen(period.key)) return false;
-  return accounting::Reported(context, false, [&] { return Show(context, period, sink); });
+  if (!periods::IsChosen(period.key)) return false;
+  return session::Reported(context, false, [&] { return Show(context, period, sink); });
 }
 
 bool GravarDocumentos(const session::Context& context, const BillingPeriod& period,
                       const periods::Grid& rows) {
-  if (!accounting::IsChosen(period.key) || rows.empty()) return false;
-  return accounting::Reported(context, false, [&] { return Save(context, period, rows); });
+  if (!periods::IsChosen(period.key) || rows.empty()) return false;
+  return session::Reported(context, false, [&] { return Save(context, period, rows); });
 }
 
 }  // namespace korvel::billing

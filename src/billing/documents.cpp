@@ -4,15 +4,15 @@
 
 #include <optional>
 
-#include "accounting/company_tables.h"
-#include "accounting/failures.h"
 #include "billing/document_checks.h"
 #include "billing/document_totals.h"
 #include "billing/document_walk.h"
 #include "billing/source_link.h"
 #include "billing/source_repairs.h"
+#include "periods/company_tables.h"
 #include "periods/parameters.h"
 #include "session/connections.h"
+#include "session/failures.h"
 #include "session/lookups.h"
 #include "toolkit/progress_scope.h"
 #include "toolkit/text.h"
@@ -71,7 +71,7 @@ class Extraction {
   }
 
   std::optional<std::string> StageDocuments() {
-    ProgressScope progress(context_.progress, accounting::kProcessing, totals_.NumberOfEntries());
+    ProgressScope progress(context_.progress, periods::kProcessing, totals_.NumberOfEntries());
     company_->Execute(fmt::format("Delete from {} where {}", kDocumentsTable, period_.Staged()));
     SumDocuments(source_.Main(), period_, filters_, context_.session.gCasasDec, totals_);
     if (auto fault = FindFault(context_, source_.Main(), period_, filters_, Rules())) return fault;
@@ -143,10 +143,10 @@ class Extraction {
 }  // namespace
 
 bool CalcularDocumentos(const session::Context& context, const BillingPeriod& period, Caller caller) {
-  if (!accounting::IsChosen(period.key)) return false;
-  if (caller == Caller::Form && !accounting::Confirmed(context, "Confirma o Processamento?")) return false;
+  if (!periods::IsChosen(period.key)) return false;
+  if (caller == Caller::Form && !periods::Confirmed(context, "Confirma o Processamento?")) return false;
   const bool staged =
-      accounting::Reported(context, false, [&] { return Extraction(context, period, caller).Run(); });
+      session::Reported(context, false, [&] { return Extraction(context, period, caller).Run(); });
   context.dialogs.Focus("lvwDocumentos");
   return staged;
 }

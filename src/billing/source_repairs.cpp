@@ -23,7 +23,7 @@ constexpr std::array<std::string_view, 2> kAddRemovalMoment{
 /// Codes of the customers to repair, by their country.
 std::map<std::string, std::vector<std::string>> CustomersByCountry(
     data::Connection& brevant, const BillingPeriod& period,
-    const accounting::CollatedMap<DocumentCustomer>& customers) {
+    const data::CollatedMap<DocumentCustomer>& customers) {
   std::map<std::string, std::vector<std::string>> byCountry;
   data::Recordset codes = brevant.Query("Select Distinct Codigo from MovCliente With (NoLock) Where Pais=''" +
                                         period.Documents() + " order by Codigo");
@@ -46,7 +46,7 @@ void SetCountry(data::Connection& brevant, const std::string& pais, std::span<co
 }  // namespace
 
 void RepairDocumentCountries(data::Connection& brevant, const BillingPeriod& period,
-                             const accounting::CollatedMap<DocumentCustomer>& customers) {
+                             const data::CollatedMap<DocumentCustomer>& customers) {
   for (const auto& [pais, codes] : CustomersByCountry(brevant, period, customers)) {
     std::span<const std::string> left(codes);
     while (!left.empty()) {

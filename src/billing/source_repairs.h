@@ -13,7 +13,7 @@ namespace korvel::billing {
 /// Gives documents the country of their customer: every document, of all periods, of each customer who has one
 /// without a country in this period. Customers without a country of their own are left alone. Throws data::Error.
 void RepairDocumentCountries(data::Connection& brevant, const BillingPeriod& period,
-                             const accounting::CollatedMap<DocumentCustomer>& customers);
+                             const data::CollatedMap<DocumentCustomer>& customers);
 
 /// Adds `DataSys` to the log of removed documents where it is missing. False when the server refuses; what its
 /// administrator must run is shown then. Throws data::Error when the log itself is missing.

@@ -1,4 +1,4 @@
-#include "accounting/failures.h"
+#include "session/failures.h"
 
 #include <fmt/format.h>
 
@@ -7,7 +7,7 @@
 
 #include "data/error.h"
 
-namespace korvel::accounting {
+namespace korvel::session {
 namespace {
 
 /// The first name between quotes in a server's text, "" without one.
@@ -32,11 +32,11 @@ std::string Meaning(const data::Error& error) {
 
 }  // namespace
 
-void ShowFailure(const session::Context& context, const std::exception& failure) {
+void ShowFailure(const Context& context, const std::exception& failure) {
   const auto* error = dynamic_cast<const data::Error*>(&failure);
   const std::string text =
       error ? fmt::format("{}{}\n{}", Meaning(*error), error->what(), error->Number()) : failure.what();
   context.dialogs.Message(toolkit::Icon::Critical, text);
 }
 
-}  // namespace korvel::accounting
+}  // namespace korvel::session

@@ -8,7 +8,7 @@
 
 #include "data/collation.h"
 
-namespace korvel::accounting {
+namespace korvel::data {
 
 /// A look-up table read once from a server, that finds by text what the server would find.
 template <typename Mapped>
@@ -40,4 +40,4 @@ class CollatedMap {
   mutable std::unordered_map<std::string, const Mapped*, Hash, std::equal_to<>> spellings_;
 };
 
-}  // namespace korvel::accounting
+}  // namespace korvel::data

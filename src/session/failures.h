@@ -6,14 +6,14 @@
 #include "session/context.h"
 #include "toolkit/progress_scope.h"
 
-namespace korvel::accounting {
+namespace korvel::session {
 
 /// Shows what ended an operation: what it means where that is known, the server's text and its number.
-void ShowFailure(const session::Context& context, const std::exception& failure);
+void ShowFailure(const Context& context, const std::exception& failure);
 
 /// Runs an operation to its end. What it throws is shown, a cancellation by the user apart, and gives `failed`.
 template <typename Result, typename Work>
-Result Reported(const session::Context& context, Result failed, Work&& work) {
+Result Reported(const Context& context, Result failed, Work&& work) {
   try {
     return std::forward<Work>(work)();
   } catch (const toolkit::Cancelled&) {
@@ -24,4 +24,4 @@ Result Reported(const session::Context& context, Result failed, Work&& work) {
   }
 }
 
-}  // namespace korvel::accounting
+}  // namespace korvel::session
