@@ -22,6 +22,9 @@ class Command {
   virtual std::string_view Summary() const = 0;
   /// Binds its options to its members, which outlive `app`.
   virtual void Declare(CLI::App& app) = 0;
+  /// Whether an embedded server that is not there is made for it: elsewhere a mistyped name must not pass for an empty
+  /// server.
+  virtual bool MakesServer() const { return false; }
   /// False when the system refused and has said why through the dialogs. Throws Refusal, UsageError, data::Error,
   /// toolkit::Cancelled.
   virtual bool Run(Workspace& workspace) = 0;

@@ -77,7 +77,7 @@ Exit RunCommand(CommandLine& line, const CommandEnvironment& environment) {
     return Exit::WrongUsage;
   }
   try {
-    Workspace workspace(environment, line.Globals());
+    Workspace workspace(environment, line.Globals(), command->MakesServer());
     if (command->Run(workspace)) return Exit::Done;
     if (workspace.Interrupted()) throw toolkit::Cancelled();
     workspace.Dialogs().ExplainSilence();

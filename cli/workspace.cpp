@@ -33,12 +33,13 @@ bool IsFailure(std::int32_t number, data::Failure failure) {
 
 }  // namespace
 
-Workspace::Workspace(const CommandEnvironment& environment, const GlobalOptions& options)
+Workspace::Workspace(const CommandEnvironment& environment, const GlobalOptions& options, bool makesServer)
     : environment_(environment),
       options_(options),
       dialogs_(environment.err, options.sim),
       progress_(environment.err, environment.errIsTerminal, environment.interrupted) {
   servers_.embeddedFolder = environment.serversFolder;
+  servers_.makesEmbedded = makesServer;
   servers_.odbcDriver = environment.settings.Read("Servers", "OdbcDriver").value_or(servers_.odbcDriver);
   session_.gServidor = toolkit::Upper(options.servidor);
   session_.gLogin = toolkit::Upper(options.login);

@@ -17,7 +17,7 @@ namespace korvel::cli {
 /// command runs, without touching any server.
 class Workspace {
  public:
-  Workspace(const CommandEnvironment& environment, const GlobalOptions& options);
+  Workspace(const CommandEnvironment& environment, const GlobalOptions& options, bool makesServer);
   Workspace(const Workspace&) = delete;
   Workspace& operator=(const Workspace&) = delete;
 

@@ -29,6 +29,7 @@ class Demo final : public Command {
   std::string_view Summary() const override {
     return "Cria a empresa de demonstração 0001 com a sua contabilidade";
   }
+  bool MakesServer() const override { return true; }
 
   void Declare(CLI::App& app) override {
     app.add_option("--linhas", lines_, "Cerca de quantos movimentos contabilísticos (2000)")->type_name("N");

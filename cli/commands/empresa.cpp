@@ -14,6 +14,7 @@ class EmpresaCriar final : public Command {
  public:
   std::string_view Path() const override { return "empresa criar"; }
   std::string_view Summary() const override { return "Cria uma empresa com a sua base de dados"; }
+  bool MakesServer() const override { return true; }
 
   void Declare(CLI::App& app) override {
     app.add_option("--codigo", company_.code, "Código, até quatro algarismos")

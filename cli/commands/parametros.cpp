@@ -106,9 +106,17 @@ class ParametrosMostrar final : public Command {
     const auto parameters = periods::ReadParameters(*company);
     if (!parameters) throw Refusal("A empresa ainda não tem Parâmetros Gerais.");
     for (const ParameterColumn& column : AllColumns()) {
-      workspace.Out() << column.name << '=' << data::ToText(periods::ValueOf(column, *parameters)) << '\n';
+      workspace.Out() << column.name << '=' << Shown(column, *parameters) << '\n';
     }
     return true;
+  }
+
+ private:
+  /// Passwords are told apart from empty ones, no more: the list ends up in logs and on screens.
+  static std::string Shown(const ParameterColumn& column, const Parameters& parameters) {
+    std::string value = data::ToText(periods::ValueOf(column, parameters));
+    const bool hidden = column.name.starts_with("Password") && !value.empty();
+    return hidden ? "********" : value;
   }
 };
 

@@ -75,6 +75,9 @@ class Sql final : public Command {
     return "Executa um script SQL (lotes separados por linhas GO)";
   }
 
+  /// A script for `master` may be the first thing that a server is asked.
+  bool MakesServer() const override { return toolkit::SameIgnoringCase(database_, "master"); }
+
   void Declare(CLI::App& app) override {
     app.add_option("--base-dados", database_, "Base de dados")->required()->type_name("NOME");
     file_ = app.add_option("--ficheiro", path_, "Ficheiro com o script")->type_name("FICHEIRO");

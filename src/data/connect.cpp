@@ -25,7 +25,8 @@ std::unique_ptr<Connection> Open(const ServerSettings& settings, const Connectio
                                  std::string_view password, int timeoutSeconds) {
   if (!IsEmbedded(target.server)) return OpenOdbc(settings.odbcDriver, target, password, timeoutSeconds);
   return OpenEmbedded(settings.embeddedFolder, std::string_view(target.server).substr(kEmbeddedHost.size()),
-                      target, password, timeoutSeconds);
+                      target, password, timeoutSeconds,
+                      settings.makesEmbedded ? MissingServer::Make : MissingServer::Refuse);
 }
 
 }  // namespace

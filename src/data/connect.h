@@ -13,6 +13,8 @@ namespace korvel::data {
 struct ServerSettings {
   /// Folder that holds the embedded servers, one folder each (`KORVEL_DADOS`).
   std::filesystem::path embeddedFolder;
+  /// Whether opening `master` of an embedded server that is not there makes it; otherwise there is no such server.
+  bool makesEmbedded = false;
   /// Name of the ODBC driver for all other servers.
   std::string odbcDriver = "FreeTDS";
   /// Told every statement that any connection sends; may be empty.
@@ -22,7 +24,7 @@ struct ServerSettings {
 /// Opens a connection from a string of the form "Provider=SQLOLEDB.1;...;User ID=<login>;Initial Catalog=<database>;
 /// Data Source=<server>", or with "Integrated Security=SSPI" in place of the login. The Data Source decides the driver:
 /// `(LOCALDB)\NAME` is the embedded server NAME, anything else a SQL Server ("host", "host,port" or "host:port").
-/// Opening `master` on an embedded server that does not exist yet makes it. `timeoutSeconds` bounds the connection
+/// `timeoutSeconds` bounds the connection
 /// and each statement. Throws Error: Failure::NoServer or Failure::WrongLogin, natives 18456 and 4060 as the server's.
 std::unique_ptr<Connection> Connect(const ServerSettings& settings, std::string_view connectionString,
                                     std::string_view password, int timeoutSeconds);

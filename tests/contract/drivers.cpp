@@ -35,7 +35,8 @@ class EmbeddedDriver final : public Driver {
   std::unique_ptr<Connection> OpenDatabase(std::string_view server, std::string_view database,
                                            std::string_view password) const {
     const ConnectionString target{"(LOCALDB)\\" + std::string(server), std::string(database), "sa", false};
-    return data::OpenEmbedded(folder_.Path(), server, target, password, kTimeoutSeconds);
+    return data::OpenEmbedded(folder_.Path(), server, target, password, kTimeoutSeconds,
+                              data::MissingServer::Make);
   }
 
   TempFolder folder_;

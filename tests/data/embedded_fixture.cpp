@@ -6,6 +6,7 @@ namespace korvel::data {
 
 EmbeddedServerTest::EmbeddedServerTest() {
   settings.embeddedFolder = folder.Path();
+  settings.makesEmbedded = true;
   OpenAs("sa", "", "master")->Execute("create database BASE");
   connection = Open();
 }

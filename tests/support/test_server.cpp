@@ -44,6 +44,7 @@ std::string RowLine(const data::Recordset& rows) {
 
 TestServer::TestServer(std::string_view name) {
   servers.embeddedFolder = folder.Path();
+  servers.makesEmbedded = true;
   servers.observer = [this](std::string_view statement) { statements.emplace_back(statement); };
   session.gServidor = "(LOCALDB)\\" + std::string(name);
   session.gLogin = "sa";

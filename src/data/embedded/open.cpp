@@ -62,8 +62,9 @@ class EmbeddedConnection : public Connection {
 
 std::unique_ptr<Connection> OpenEmbedded(const std::filesystem::path& serversFolder,
                                          std::string_view serverName, const ConnectionString& wanted,
-                                         std::string_view password, int timeoutSeconds) {
-  Server server(serversFolder, serverName, wanted, password, timeoutSeconds);
+                                         std::string_view password, int timeoutSeconds,
+                                         MissingServer missing) {
+  Server server(serversFolder, serverName, wanted, password, timeoutSeconds, missing);
   return std::make_unique<EmbeddedConnection>(std::make_shared<Session>(std::move(server), wanted.database));
 }
 

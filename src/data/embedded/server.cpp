@@ -82,14 +82,15 @@ bool IsServableName(std::string_view name) {
 }
 
 Server::Server(const fs::path& serversFolder, std::string_view name, const ConnectionString& wanted,
-               std::string_view password, int timeoutSeconds)
+               std::string_view password, int timeoutSeconds, MissingServer missing)
     : name_(UpperName(name)), timeoutSeconds_(timeoutSeconds) {
   if (!IsServableName(name)) throw NoServer(name);
   folder_ = serversFolder / name_;
   if (!fs::exists(FileOf(kMaster))) {
     const bool administrator = wanted.integratedSecurity ||
                                (UpperName(wanted.login) == UpperName(kAdministrator) && password.empty());
-    if (UpperName(wanted.database) != UpperName(kMaster) || !administrator) throw NoServer(name_);
+    const bool asked = missing == MissingServer::Make && UpperName(wanted.database) == UpperName(kMaster);
+    if (!asked || !administrator) throw NoServer(name_);
     MakeMaster();
   }
   master_ =

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "data/connection_string.h"
+#include "data/embedded/open.h"
 #include "data/embedded/store.h"
 
 namespace korvel::data::embedded {
@@ -31,9 +32,9 @@ struct LoginEntry {
 /// A server's folder, entered by one login: the list of databases and logins, kept in the file of `master`.
 class Server {
  public:
-  /// Makes the server when it is absent and `wanted` asks for master. Throws Error: NoServer, WrongLogin (18456).
+  /// Makes the server when it is absent, `missing` says so and `wanted` asks for master. Throws Error: NoServer, WrongLogin (18456).
   Server(const std::filesystem::path& serversFolder, std::string_view name, const ConnectionString& wanted,
-         std::string_view password, int timeoutSeconds);
+         std::string_view password, int timeoutSeconds, MissingServer missing);
 
   const std::string& Name() const { return name_; }
   const LoginEntry& Login() const { return login_; }
