@@ -4,13 +4,12 @@
 
 #include <array>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 #include "accounting/period_kinds.h"
-#include "data/collation.h"
 #include "data/sql_text.h"
 #include "periods/company_tables.h"
+#include "periods/keyed_grid.h"
 #include "session/connections.h"
 #include "session/failures.h"
 #include "session/lookups.h"
@@ -93,28 +92,15 @@ std::string OrUnknown(std::string_view text) {
   return std::string(toolkit::IsBlank(text) ? kUnknown : text);
 }
 
-/// The grid with its rows found by tax number.
-class Rows {
- public:
-  /// The row of that taxpayer; null when there is none.
-  GridRow* Find(std::string_view taxId) {
-    const auto found = byKey_.find(data::CollationKey(taxId));
-    return found == byKey_.end() ? nullptr : &grid_[found->second];
-  }
-  GridRow& FindOrAdd(const std::string& taxId) {
-    if (GridRow* row = Find(taxId)) return *row;
-    byKey_.emplace(data::CollationKey(taxId), grid_.size());
-    GridRow& row = grid_.emplace_back();
+/// The row of that taxpayer; a new one when there is none.
+GridRow& RowOf(periods::KeyedGrid& rows, const std::string& taxId) {
+  const auto [row, added] = rows.FindOrAdd(taxId);
+  if (added) {
     row.cells.resize(kColumnCount);
     row.cells[kItemKey] = taxId;
-    return row;
   }
-  Grid Take() { return std::move(grid_); }
-
- private:
-  Grid grid_;
-  std::unordered_map<std::string, std::size_t> byKey_;  // by data::CollationKey of the tax number
-};
+  return row;
+}
 
 /// What rows of both sources have in common.
 void FillFixedCells(GridRow& row, const std::string& taxId, std::string country) {
@@ -166,7 +152,7 @@ void RefuseWithoutTaxId(const session::Context& context, std::string_view accoun
 
 /// False at the first account without a tax number, which is said.
 bool ReadAccounts(const session::Context& context, data::Connection& lunder, const ThirdPartyKind& kind,
-                  Rows& rows) {
+                  periods::KeyedGrid& rows) {
   const std::string condition = fmt::format(" Where CliFor='{}' and Tipo='M' ", kind.accountLetter);
   toolkit::ProgressScope progress(context.progress, periods::kProcessing,
                                   session::ContaRegistos_lng(lunder, "Contas", condition));
@@ -186,13 +172,13 @@ bool ReadAccounts(const session::Context& context, data::Connection& lunder, con
       RefuseWithoutTaxId(context, contas.Text("ContaCP"));
       return false;
     }
-    FillFromAccount(rows.FindOrAdd(taxId), contas, taxId, kind);
+    FillFromAccount(RowOf(rows, taxId), contas, taxId, kind);
   }
   return true;
 }
 
 void AddTaxpayersOfMovements(data::Connection& lunder, const periods::PeriodKey& period,
-                             const ThirdPartyKind& kind, Rows& rows) {
+                             const ThirdPartyKind& kind, periods::KeyedGrid& rows) {
   data::Recordset movements = lunder.Query(fmt::format(
       "select Distinct MovDiario.contribuinte,isnull(MovDiario.PrefixoNif,'') as PrefixoNif from MovDiario  "
       "inner join contas on movdiario.contasp=contas.contasp "
@@ -203,7 +189,7 @@ void AddTaxpayersOfMovements(data::Connection& lunder, const periods::PeriodKey&
   for (; !movements.Eof(); movements.MoveNext()) {
     const std::string taxId = toolkit::LimpaContribuinte_str(movements.Text(0));
     if (taxId.empty() || rows.Find(taxId)) continue;
-    FillFromMovement(rows.FindOrAdd(taxId), taxId, movements.Text(1));
+    FillFromMovement(RowOf(rows, taxId), taxId, movements.Text(1));
   }
 }
 
@@ -211,7 +197,7 @@ std::optional<Grid> ReadThirdParties(const session::Context& context, const peri
                                      const ThirdPartyKind& kind) {
   session::ConnectionPtr lunder;
   if (!session::AbreConnection_bln(context, lunder, session::kLunder)) return std::nullopt;
-  Rows rows;
+  periods::KeyedGrid rows;
   if (!ReadAccounts(context, *lunder, kind, rows)) return std::nullopt;
   AddTaxpayersOfMovements(*lunder, period, kind, rows);
   return rows.Take();

@@ -9,6 +9,10 @@
 
 namespace korvel::billing {
 
+/// Which periods the extractions offer, as a condition to append to the choice of periods.
+inline constexpr std::string_view kBillingOrIntegratedPeriods =
+    " and (TaxAccountingBasis='F' or TaxAccountingBasis='I') ";
+
 /// An audit period as the billing side sees it: it may be limited to one customer.
 struct BillingPeriod {
   periods::PeriodKey key;

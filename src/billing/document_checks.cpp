@@ -2,14 +2,13 @@
 
 #include <fmt/format.h>
 
+#include "billing/audit_codes.h"
 #include "data/collation.h"
 #include "toolkit/dates.h"
 #include "toolkit/text.h"
 
 namespace korvel::billing {
 namespace {
-
-constexpr std::string_view kFinalConsumer = "999999990";
 
 enum : std::size_t { kTipo, kNumero, kData, kCodPostal, kContribuinte };
 

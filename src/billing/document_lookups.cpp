@@ -9,27 +9,6 @@
 namespace korvel::billing {
 namespace {
 
-/// Runs a statement whose first column is a key and hands every row with a key to `keep`.
-template <typename Keep>
-void ForEachKey(data::Connection& connection, const std::string& statement, Keep&& keep) {
-  for (data::Recordset rows = connection.Query(statement); !rows.Eof(); rows.MoveNext()) {
-    if (!rows.IsNull(0)) keep(rows);
-  }
-}
-
-template <typename Value>
-void KeepFirst(data::CollatedMap<Value>& map, std::string_view key, Value value) {
-  if (!map.Find(key)) map[key] = std::move(value);
-}
-
-void ReadTexts(data::Connection& connection, std::string_view table, std::string_view key,
-               std::string_view field, TextMap& map) {
-  const std::string statement =
-      fmt::format("select {},{} from {} With (NoLock) order by NumRegisto", key, field, table);
-  ForEachKey(connection, statement,
-             [&](const data::Recordset& row) { KeepFirst(map, row.Text(0), std::string(row.Text(1))); });
-}
-
 bool ReadsOne(std::string_view text) {
   return toolkit::NumericPrefix(text) == data::Currency::FromWhole(1);
 }

@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "billing/billing_period.h"
+#include "billing/text_lookups.h"
 #include "data/collated_map.h"
 #include "data/collation.h"
 #include "data/connection.h"
@@ -42,8 +43,6 @@ struct OriginatingOrder {
   std::string number;
   std::string date;
 };
-
-using TextMap = data::CollatedMap<std::string>;
 
 /// As CollatedMap, for many keys that are asked for once each.
 template <typename Value>

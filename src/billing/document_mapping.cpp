@@ -4,6 +4,7 @@
 
 #include <iterator>
 
+#include "billing/audit_codes.h"
 #include "toolkit/numbers.h"
 #include "toolkit/text.h"
 
@@ -12,9 +13,7 @@ namespace {
 
 constexpr std::size_t kDescriptionLength = 60;
 constexpr std::size_t kDeliveryIdLength = 30;
-constexpr std::string_view kFinalConsumer = "999999990";
 constexpr std::string_view kFirstSignedDay = "2011-01-01";
-constexpr std::string_view kNoProduct = "S/Produto";
 constexpr std::string_view kOneUnit = "Uni";
 const std::string kEmpty;
 
@@ -65,12 +64,6 @@ const std::string& TextOf(const Map& map, std::string_view key) {
 std::string MonthOf(std::string_view data) {
   const Currency month = toolkit::NumericPrefix(data.size() < 7 ? std::string_view() : data.substr(5, 2));
   return month.IsZero() ? std::string() : month.ToText();
-}
-
-/// A tax number as it identifies a customer; one without a digit is the final consumer.
-std::string CustomerIdOf(std::string_view contribuinte) {
-  std::string number = toolkit::LimpaContribuinte_str(contribuinte);
-  return toolkit::TemDigito(number) ? number : std::string(kFinalConsumer);
 }
 
 std::string WithoutLineBreaks(std::string_view text) {
@@ -255,7 +248,7 @@ bool DocumentMapper::MapLine(const DocumentHeader& header, const DocumentLine& l
 bool DocumentMapper::MapCharge(const DocumentHeader& header, const DocumentLine& line,
                                const ExtraCharge& charge) {
   const std::string name = First60(TextOf(lookups_.chargeNames, charge.codigoImposto));
-  const std::string code = "PRO_" + charge.codigoImposto;
+  const std::string code = ChargeProduct(charge.codigoImposto);
   return Emit({.productCode = code,
                .productDescription = OrDefault(name),
                .description = name,

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "billing/audit_codes.h"
 #include "toolkit/text.h"
 
 namespace korvel::billing {
@@ -93,7 +94,6 @@ static_assert(kColumns.back().name == "PaymentMechanism" &&
               kColumns[static_cast<std::size_t>(Col::TaxExemptionReason)].name == "TaxExemptionReason");
 
 constexpr std::size_t kReferencesLength = 60;
-constexpr std::string_view kNoPostalCode = "0000000000";
 
 void Complete(std::string& value, Repair repair) {
   switch (repair) {

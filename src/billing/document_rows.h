@@ -17,7 +17,6 @@
 namespace korvel::billing {
 
 inline constexpr std::string_view kDocumentsTable = "TabSourceDocumentsGEST";
-inline constexpr std::string_view kUnknown = "Desconhecido";
 
 /// The columns of a mapped row, in the order in which they are checked and counted in messages.
 // clang-format off

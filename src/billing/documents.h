@@ -11,10 +11,6 @@
 /// Customers (under basis "F") and taxes must be staged before. Failures are shown through the context's dialogs.
 namespace korvel::billing {
 
-/// Which periods the extraction offers, as a condition to append to the choice of periods.
-inline constexpr std::string_view kBillingOrIntegratedPeriods =
-    " and (TaxAccountingBasis='F' or TaxAccountingBasis='I') ";
-
 /// Who runs the extraction: the form asks "Confirma o Processamento?" first; the wizard's message of an unknown
 /// customer shows the tax number. A command is as the form, without the question.
 enum class Caller { Form, Command, Wizard };

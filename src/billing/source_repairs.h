@@ -10,6 +10,11 @@
 /// The only writes of an extraction into the billing product's database.
 namespace korvel::billing {
 
+/// Gives each document without a country, of all periods, that of its customer, and those whose country is NULL, of
+/// any customer, the country of the first customer by code who has one and documents without; deliberate. Customers
+/// without a country of their own are left alone. Throws data::Error.
+void RepairMissingCountries(data::Connection& brevant);
+
 /// Gives documents the country of their customer: every document, of all periods, of each customer who has one
 /// without a country in this period. Customers without a country of their own are left alone. Throws data::Error.
 void RepairDocumentCountries(data::Connection& brevant, const BillingPeriod& period,

@@ -18,12 +18,12 @@ std::optional<Grid> LoadFromCompany(const session::Context& context, const Stage
 }
 
 bool SaveToCompany(const session::Context& context, const StagedTable& table, const PeriodKey& period,
-                   const Grid& rows, std::string_view caption) {
+                   const Grid& rows, std::string_view caption, std::string_view cliente) {
   if (!IsChosen(period)) return false;
   return session::Reported(context, false, [&] {
     session::ConnectionPtr company;
     return session::AbreConnectionLOCAL_bln(context, company) &&
-           SaveStaged(context, *company, table, period, rows, caption);
+           SaveStaged(context, *company, table, period, rows, caption, cliente);
   });
 }
 

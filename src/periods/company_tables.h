@@ -24,7 +24,7 @@ std::optional<Grid> LoadFromCompany(const session::Context& context, const Stage
 
 /// SaveStaged on a connection of its own; false too without a period or when it fails.
 bool SaveToCompany(const session::Context& context, const StagedTable& table, const PeriodKey& period,
-                   const Grid& rows, std::string_view caption);
+                   const Grid& rows, std::string_view caption, std::string_view cliente = {});
 
 /// Asks with the buttons "&Sim" and "&Não".
 bool Confirmed(const session::Context& context, std::string_view question);

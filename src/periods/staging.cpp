@@ -2,8 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
+#include "periods/staged_tables.h"
 #include "session/lookups.h"
 #include "toolkit/dates.h"
 #include "toolkit/numbers.h"
@@ -18,7 +21,9 @@ using session::Context;
 
 constexpr std::string_view kKey = "NumRegisto";
 constexpr std::array<std::string_view, 3> kPeriodColumns{"FiscalYear", "StartDate", "EndDate"};
+constexpr std::string_view kCustomerColumn = "Cliente";
 constexpr std::array<std::string_view, 2> kWrittenColumns{"Utilizador", "DataSys"};
+constexpr int kRateDecimals = 2;
 
 toolkit::DateMarks DateMarksOf(const session::SessionRecord& session) {
   return {session.gFormatoData, session.gSepData};
@@ -32,9 +37,14 @@ bool IsSaved(const Column& column) {
 std::string ReadCell(const session::SessionRecord& session, const data::Recordset& rows, std::size_t at,
                      CellKind kind) {
   if (rows.IsNull(at)) return {};
+  const auto number = [&](int decimals) {
+    return toolkit::FDNum(rows.Money(at), decimals, {}, {}, session.Marks());
+  };
   switch (kind) {
     case CellKind::Money:
-      return toolkit::FDNum(rows.Money(at), session.gCasasDec, {}, {}, session.Marks());
+      return number(session.gCasasDec);
+    case CellKind::Rate:
+      return number(kRateDecimals);
     case CellKind::Date:
       return toolkit::GData(rows.Text(at), DateMarksOf(session));
     case CellKind::Text:
@@ -56,6 +66,7 @@ class CellWriter {
   data::Value ValueOf(const Column& column, const std::string& cell) const {
     switch (column.kind) {
       case CellKind::Money:
+      case CellKind::Rate:
         return toolkit::TextoParaValor(cell, marks_);
       case CellKind::Date:
         return toolkit::pData(cell, dateMarks_, today_, context_.dialogs).neutral;
@@ -80,6 +91,7 @@ class CellWriter {
 
 std::vector<std::string_view> SavedColumns(const StagedTable& table) {
   std::vector<std::string_view> columns(kPeriodColumns.begin(), kPeriodColumns.end());
+  if (table.byCustomer) columns.push_back(kCustomerColumn);
   for (const Column& column : table.columns) {
     if (IsSaved(column)) columns.push_back(column.staged);
   }
@@ -87,14 +99,12 @@ std::vector<std::string_view> SavedColumns(const StagedTable& table) {
   return columns;
 }
 
-/// The label of the first empty required column of the ticked rows, "" when there is none.
-std::string_view FirstEmpty(const StagedTable& table, const Grid& rows) {
-  for (const GridRow& row : rows) {
-    if (!row.ticked) continue;
-    for (std::size_t i = 0; i < table.columns.size(); ++i) {
-      const Column& column = table.columns[i];
-      if (!column.emptyLabel.empty() && toolkit::IsBlank(row.cells[i])) return column.emptyLabel;
-    }
+/// The label of the row's first empty required column, "" when there is none or the row is not ticked.
+std::string_view EmptyLabel(const StagedTable& table, const GridRow& row) {
+  if (!row.ticked) return {};
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    const Column& column = table.columns[i];
+    if (!column.emptyLabel.empty() && toolkit::IsBlank(row.cells[i])) return column.emptyLabel;
   }
   return {};
 }
@@ -104,20 +114,30 @@ void AddRow(data::BatchInsert& batch, const std::vector<data::Value>& values) {
   batch.Add(row);
 }
 
-void InsertTicked(const Context& context, data::Connection& company, const StagedTable& table,
-                  const PeriodKey& period, const Grid& rows, std::string_view progressCaption) {
-  const data::Value dataSys = session::Get_DataSysServer(company);
-  const CellWriter cells(context);
-  const auto batch = company.OpenBatch(table.table, SavedColumns(table));
-  toolkit::ProgressScope progress(context.progress, progressCaption, static_cast<std::int64_t>(rows.size()));
+/// What one save writes, and for whom.
+struct Save {
+  const Context& context;
+  data::Connection& company;
+  const StagedTable& table;
+  const PeriodKey& period;
+  std::string_view cliente;
+};
+
+void InsertTicked(const Save& save, std::span<const GridRow> rows, std::string_view progressCaption) {
+  const std::span<const Column> columns = save.table.columns;
+  const data::Value dataSys = session::Get_DataSysServer(save.company);
+  const CellWriter cells(save.context);
+  const auto batch = save.company.OpenBatch(save.table.table, SavedColumns(save.table));
+  toolkit::ProgressScope progress(save.context.progress, progressCaption, std::ssize(rows));
   for (const GridRow& row : rows) {
     progress.Step();
     if (!row.ticked) continue;
-    std::vector<data::Value> values{period.fiscalYear, period.startDate, period.endDate};
-    for (std::size_t i = 0; i < table.columns.size(); ++i) {
-      if (IsSaved(table.columns[i])) values.push_back(cells.ValueOf(table.columns[i], row.cells[i]));
+    std::vector<data::Value> values{save.period.fiscalYear, save.period.startDate, save.period.endDate};
+    if (save.table.byCustomer) values.emplace_back(save.cliente);
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      if (IsSaved(columns[i])) values.push_back(cells.ValueOf(columns[i], row.cells[i]));
     }
-    values.emplace_back(context.session.gUtilizador);
+    values.emplace_back(save.context.session.gUtilizador);
     values.push_back(dataSys);
     AddRow(*batch, values);
   }
@@ -161,14 +181,17 @@ Grid LoadStaged(const Context& context, data::Connection& company, const StagedT
 }
 
 bool SaveStaged(const Context& context, data::Connection& company, const StagedTable& table,
-                const PeriodKey& period, const Grid& rows, std::string_view progressCaption) {
+                const PeriodKey& period, const Grid& rows, std::string_view progressCaption,
+                std::string_view cliente) {
   data::Transaction transaction(company);
-  company.Execute(fmt::format("Delete from {} where {}", table.table, period.Condition()));
-  const std::string_view empty = FirstEmpty(table, rows);
-  if (empty.empty()) InsertTicked(context, company, table, period, rows, progressCaption);
+  company.Execute(DeleteStatement({table.table, table.byCustomer}, period, cliente));
+  const auto bad =
+      std::ranges::find_if(rows, [&](const GridRow& row) { return !EmptyLabel(table, row).empty(); });
+  if (bad == rows.end() || table.atEmptyField == AtEmptyField::WriteRowsBefore)
+    InsertTicked({context, company, table, period, cliente}, {rows.begin(), bad}, progressCaption);
   transaction.Commit();
-  if (!empty.empty()) ShowEmptyField(context, empty);
-  return empty.empty();
+  if (bad != rows.end()) ShowEmptyField(context, EmptyLabel(table, *bad));
+  return bad == rows.end();
 }
 
 void ShowEmptyField(const Context& context, std::string_view label, std::string_view detail) {

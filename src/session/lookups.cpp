@@ -48,6 +48,11 @@ std::int64_t ContaRegistos_lng(data::Connection& connection, std::string_view ta
   return rows.Eof() ? 0 : rows.Integer("TotRegist");
 }
 
+bool HasColumn(data::Connection& connection, std::string_view table, std::string_view column) {
+  return connection.Query(fmt::format("Select * from {} With (NoLock) where NumRegisto<0", table))
+      .Has(column);
+}
+
 bool VerSeExiste(data::Connection& connection, std::string_view statement) {
   return !connection.Query(statement).Eof();
 }

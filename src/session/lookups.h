@@ -30,6 +30,9 @@ std::string LerCampoTabela(const Context& context, std::string_view table, std::
 /// Rows of `table` under `where` (" Where ..." or empty). A blank table counts 0.
 std::int64_t ContaRegistos_lng(data::Connection& connection, std::string_view table, std::string_view where);
 
+/// True when the table has that column. Throws data::Error, when there is no such table too.
+bool HasColumn(data::Connection& connection, std::string_view table, std::string_view column);
+
 /// True when the statement brings a row.
 bool VerSeExiste(data::Connection& connection, std::string_view statement);
 
