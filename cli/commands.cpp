@@ -17,7 +17,10 @@ CommandList MakeCommands() {
       MakePeriodoListar,
       MakePeriodoEliminar,
   };
-  constexpr std::unique_ptr<Command> (*kBehindExtraction[])() = {MakeExportar, MakeAssistente, MakeSql};
+  constexpr std::unique_ptr<Command> (*kBehindExtraction[])() = {
+      MakeExportar,      MakeAssistente,     MakeEnvioDefinir,  MakeEnvioMostrar,
+      MakeEnvioExecutar, MakeEnvioHistorico, MakeEnvioEliminar, MakeSql,
+  };
   CommandList all;
   for (const auto make : kBeforeExtraction) all.push_back(make());
   CommandList extraction = MakeExtrair();
@@ -31,7 +34,8 @@ std::string GroupSummary(std::string_view word) {
   if (word == "parametros") return "Parâmetros gerais da empresa";
   if (word == "armazem") return "Classificação dos armazéns";
   if (word == "periodo") return "Períodos do ficheiro de auditoria";
-  if (word == "extrair") return "Carrega e grava uma secção do período a partir da contabilidade";
+  if (word == "extrair") return "Carrega e grava uma secção do período";
+  if (word == "envio") return "Exportação automática: definições, execução e histórico";
   return {};
 }
 

@@ -22,7 +22,12 @@ std::unique_ptr<Command> MakePeriodoEliminar();
 std::unique_ptr<Command> MakeAssistente();
 std::unique_ptr<Command> MakeExportar();
 std::unique_ptr<Command> MakeDemo();
-/// The five commands "extrair ...".
+std::unique_ptr<Command> MakeEnvioDefinir();
+std::unique_ptr<Command> MakeEnvioMostrar();
+std::unique_ptr<Command> MakeEnvioExecutar();
+std::unique_ptr<Command> MakeEnvioHistorico();
+std::unique_ptr<Command> MakeEnvioEliminar();
+/// The commands "extrair ...".
 CommandList MakeExtrair();
 
 /// All commands, in the order of the help.

@@ -1,30 +1,16 @@
-#include <fmt/format.h>
-
-#include <ostream>
-
 #include "automation/wizard.h"
+#include "cli/basis_option.h"
 #include "cli/commands.h"
 #include "cli/failures.h"
 #include "cli/journal_option.h"
 #include "cli/period_options.h"
+#include "cli/wizard_report.h"
 #include "cli/written_files.h"
 #include "toolkit/text.h"
 
 namespace korvel::cli {
 
 namespace {
-
-using automation::StepReport;
-using automation::StepStatus;
-
-periods::Basis BasisOf(const std::string& text) {
-  const std::string letter = toolkit::Upper(toolkit::Trim(text));
-  if (letter.empty()) throw Refusal("Deve primeiro criar um registo nas Definições da Empresa ()");
-  if (letter != "C" && letter != "F" && letter != "I") {
-    throw UsageError(fmt::format("A opção --base aceita C, F ou I, não \"{}\".", text));
-  }
-  return static_cast<periods::Basis>(letter.front());
-}
 
 std::string BlankOrDate(const std::string& text) {
   return toolkit::IsBlank(text) ? std::string() : DateArgument(text);
@@ -44,9 +30,7 @@ class Assistente final : public Command {
     end_ = app.add_option("--fim", input_.edatEndDate, "Último dia")->type_name("AAAA-MM-DD");
     start_->excludes(month_);
     end_->excludes(month_);
-    app.add_option("--base", basis_, "C contabilidade, F facturação, I integrados")
-        ->required()
-        ->type_name("C|F|I");
+    basis_.Declare(app);
     app.add_option("--pasta", input_.txtPastaExportacao, "Pasta para a exportação")
         ->required()
         ->type_name("PASTA");
@@ -55,14 +39,13 @@ class Assistente final : public Command {
 
   bool Run(Workspace& workspace) override {
     TakeDates();
-    input_.eselTaxAccountingBasis = BasisOf(basis_);
+    input_.eselTaxAccountingBasis = basis_.Get();
     input_.automatico = true;
     if (!toolkit::IsBlank(input_.txtPastaExportacao)) RequireFolder(input_.txtPastaExportacao, {});
     workspace.EnterCompany();
     input_.contas = journals_.Choice(workspace);
-    const auto result = automation::Assistente(workspace.Context(), input_,
-                                               [&](const StepReport& step) { Report(workspace, step); });
-    Tell(workspace, result);
+    const auto result = automation::Assistente(workspace.Context(), input_, StepPrinter(workspace));
+    TellOutcome(workspace, result);
     return result.ok;
   }
 
@@ -81,31 +64,9 @@ class Assistente final : public Command {
     input_.edatEndDate = dates->last;
   }
 
-  static void Report(Workspace& workspace, const StepReport& step) {
-    if (step.status == StepStatus::Processing) return;
-    workspace.Out() << fmt::format("{:<45}{}\n", step.description, automation::StatusText(step.status))
-                    << std::flush;
-  }
-
-  void Tell(Workspace& workspace, const automation::WizardResult& result) const {
-    if (result.noJournalTicked) workspace.Dialogs().SayReason(kNoJournalWarning);
-    if (result.ok) ListSections(workspace, {input_.txtAno, input_.edatStartDate, input_.edatEndDate});
-    ListFiles(workspace.Out(), result.exported.files, workspace.Context().session.Marks());
-    if (result.ok) return;
-    workspace.Dialogs().SayReason(result.error.empty() ? result.exported.error : result.error);
-  }
-
-  /// How many rows each section of the file came to.
-  static void ListSections(Workspace& workspace, const periods::PeriodKey& period) {
-    const auto company = workspace.OpenCompany();
-    for (const auditfile::SectionCount& section : auditfile::CountSections(*company, period)) {
-      if (section.rows > 0) workspace.Out() << fmt::format("{:>9}  {}\n", section.rows, section.caption);
-    }
-  }
-
   automation::WizardInput input_;
   std::string monthText_;
-  std::string basis_;
+  BasisOption basis_;
   JournalOption journals_;
   CLI::Option* month_ = nullptr;
   CLI::Option* start_ = nullptr;

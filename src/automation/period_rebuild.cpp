@@ -5,6 +5,7 @@
 #include "data/sql_text.h"
 #include "databases/version.h"
 #include "periods/staged_tables.h"
+#include "session/lookups.h"
 #include "session/records.h"
 
 namespace korvel::automation {
@@ -40,19 +41,20 @@ void FillHeader(data::Connection& company, std::int64_t numRegisto, const period
 
 }  // namespace
 
-bool RebuildPeriod(data::Connection& company, const periods::PeriodKey& period, periods::Basis basis,
-                   std::string_view cliente) {
+std::optional<std::string> RebuildPeriod(data::Connection& company, const periods::PeriodKey& period,
+                                         periods::Basis basis, std::string_view cliente) {
   const char letter = static_cast<char>(basis);
   const std::string_view kind(&letter, 1);
   data::Transaction transaction(company);
   periods::DeletePeriodRows(company, period, cliente, false);
   const std::int64_t last = LastOfKind(company, kind);
   const std::int64_t made = last == 0 ? 0 : CopyHeader(company, last);
-  if (made == 0) return false;
+  if (made == 0) return std::nullopt;
   company.Execute(periods::DeleteStatement({periods::kHeaderTable, true}, period, cliente));
   FillHeader(company, made, period, kind);
   transaction.Commit();
-  return true;
+  return session::LerCampoTabela(company, periods::kHeaderTable, "Cliente",
+                                 {"NumRegisto", std::to_string(made), true});
 }
 
 }  // namespace korvel::automation

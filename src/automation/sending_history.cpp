@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include "data/editable_recordset.h"
+#include "data/sql_text.h"
 #include "session/connections.h"
+#include "session/lookups.h"
 #include "toolkit/dates.h"
 
 namespace korvel::automation {
@@ -22,6 +24,30 @@ bool RegistaEnvio(const session::Context& context, std::string_view DataInicial,
   row.Set("Observa", Observa);
   if (ok) row.Set("Status", "OK");
   row.Update();
+  return true;
+}
+
+std::vector<SentRun> ReadHistory(data::Connection& company) {
+  std::vector<SentRun> runs;
+  data::Recordset rows = company.Query("Select * from HistoricoEnvio Order by NumRegisto Desc");
+  for (; !rows.Eof(); rows.MoveNext()) {
+    const auto text = [&](std::string_view column) { return std::string(rows.Text(column)); };
+    runs.push_back({text("DataEnvio"), text("HoraEnvio"), text("DataInicial"), text("DataFinal"),
+                    text("Observa"), text("Ficheiro"), rows.Text("Status") == "OK"});
+  }
+  return runs;
+}
+
+bool WasSent(data::Connection& company, const toolkit::DateSpan& dates) {
+  return session::VerSeExiste(
+      company, fmt::format("Select NumRegisto from HistoricoEnvio Where DataInicial={} and DataFinal={} "
+                           "and Status='OK'",
+                           data::Quoted(dates.first), data::Quoted(dates.last)));
+}
+
+bool EliminarHistorico(const session::Context& context, data::Connection& company) {
+  if (!context.dialogs.ConfirmDeletion("", "Confirma a Eliminação?")) return false;
+  company.Execute("Delete from HistoricoEnvio");
   return true;
 }
 

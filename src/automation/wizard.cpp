@@ -9,6 +9,7 @@
 #include "data/sql_text.h"
 #include "periods/header_fields.h"
 #include "session/connections.h"
+#include "session/lookups.h"
 #include "toolkit/options.h"
 #include "toolkit/text.h"
 
@@ -44,10 +45,10 @@ class WizardRun {
       : context_(context),
         input_(input),
         observer_(observer),
-        steps_{context, input, {input.txtAno, input.edatStartDate, input.edatEndDate}} {}
+        steps_{context, input, {{input.txtAno, input.edatStartDate, input.edatEndDate}, {}}} {}
 
   WizardResult Go() {
-    if (!CheckInput() || !CheckSteps() || !Confirmed("Confirma o Processamento?")) return result_;
+    if (!CheckInput() || !Confirmed("Confirma o Processamento?")) return result_;
     if (!PreparePeriod()) return result_;
     result_.steps = StepsFor(input_.eselTaxAccountingBasis);
     if (RunSteps()) {
@@ -89,25 +90,19 @@ class WizardRun {
     return fault == checks.end() || Stop(std::string(fault->message), fault->field);
   }
 
-  /// A period is not to be cleared for steps that cannot fill it again.
-  bool CheckSteps() {
-    const Basis basis = input_.eselTaxAccountingBasis;
-    const auto steps = AllSteps();
-    const bool missing = std::any_of(steps.begin(), steps.end(),
-                                     [&](const Step& step) { return step.Serves(basis) && !step.save; });
-    return !missing ||
-           Stop("O Assistente só prepara, por agora, os dados da Contabilidade!", "eselTaxAccountingBasis");
-  }
-
   bool PreparePeriod() {
     session::ConnectionPtr company;
     if (!session::AbreConnectionLOCAL_bln(context_, company)) return Refuse(context_.session.gErroDescricao);
     if (!KindIsDefined(*company)) return false;
     std::string cliente;
     if (!MayReplace(*company, cliente)) return false;
-    return RebuildPeriod(*company, steps_.period, input_.eselTaxAccountingBasis, cliente) ||
-           Stop("Não tem os dados da Empresa definidos (Header)!");
+    const auto made = RebuildPeriod(*company, Key(), input_.eselTaxAccountingBasis, cliente);
+    if (!made) return Stop("Não tem os dados da Empresa definidos (Header)!");
+    steps_.period.cliente = toolkit::Trim(*made);
+    return true;
   }
+
+  const periods::PeriodKey& Key() const { return steps_.period.key; }
 
   bool KindIsDefined(data::Connection& company) {
     const data::Recordset rows = company.Query(
@@ -121,9 +116,8 @@ class WizardRun {
 
   /// False when the period is there and the user wants to keep it. `cliente` becomes that of the period.
   bool MayReplace(data::Connection& company, std::string& cliente) {
-    const data::Recordset rows =
-        company.Query("Select FiscalYear,Cliente,CompanyName from TabHeader With (NoLock) Where " +
-                      steps_.period.Condition());
+    const data::Recordset rows = company.Query(
+        "Select FiscalYear,Cliente,CompanyName from TabHeader With (NoLock) Where " + Key().Condition());
     if (rows.Eof()) return true;
     cliente = rows.Text("Cliente");
     return Confirmed("Período já Configurado.\nSubstituir o existente?");
@@ -134,7 +128,7 @@ class WizardRun {
       if (!step.Serves(input_.eselTaxAccountingBasis)) continue;
       SetStatus(step.key, StepStatus::Processing);
       const bool done = RunStep(step);
-      SetStatus(step.key, done ? StepStatus::Ok : StepStatus::Failed);
+      SetStatus(step.key, done ? StepStatus::Ok : StepStatus::Failed, done ? RowsOf(step) : std::nullopt);
       if (!done) return false;
     }
     return true;
@@ -150,11 +144,17 @@ class WizardRun {
     }
   }
 
+  std::optional<std::int64_t> RowsOf(const Step& step) {
+    session::ConnectionPtr company;
+    if (!session::AbreConnectionLOCAL_bln(context_, company)) return std::nullopt;
+    return session::ContaRegistos_lng(*company, step.table, " Where " + Key().Condition());
+  }
+
   void Export() {
     SetStatus(kExportKey, StepStatus::Processing);
     auditfile::ExportOptions options = auditfile::OptionsFor(input_.eselTaxAccountingBasis);
     options.txtPastaExportacao = input_.txtPastaExportacao;
-    result_.exported = auditfile::ExportaSaft(context_, options, steps_.period, "", input_.automatico);
+    result_.exported = auditfile::ExportaSaft(context_, options, Key(), "", input_.automatico);
     result_.ok = result_.exported.ok;
     SetStatus(kExportKey, result_.ok ? StepStatus::Ok : StepStatus::Failed);
     AddHistory(result_.ok ? "Exportação com Sucesso" : "Falha na Exportação", result_.ok);
@@ -169,10 +169,11 @@ class WizardRun {
     }
   }
 
-  void SetStatus(std::string_view key, StepStatus status) {
+  void SetStatus(std::string_view key, StepStatus status, std::optional<std::int64_t> stagedRows = {}) {
     const auto row = std::find_if(result_.steps.begin(), result_.steps.end(),
                                   [&](const StepReport& step) { return step.key == key; });
     row->status = status;
+    row->rows = stagedRows;
     if (observer_) observer_(*row);
   }
 
@@ -202,9 +203,9 @@ std::string_view StatusText(StepStatus status) {
 std::vector<StepReport> StepsFor(Basis basis) {
   std::vector<StepReport> rows;
   for (const Step& step : AllSteps()) {
-    if (step.Serves(basis)) rows.push_back({step.key, step.description, StepStatus::None});
+    if (step.Serves(basis)) rows.push_back({step.key, step.description});
   }
-  rows.push_back({kExportKey, kExportDescription, StepStatus::None});
+  rows.push_back({kExportKey, kExportDescription});
   return rows;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -35,6 +36,7 @@ struct StepReport {
   std::string_view key;          // "C_Contas" ... "Exporta"
   std::string_view description;  // "- Plano Oficial de Contas" ...
   StepStatus status = StepStatus::None;
+  std::optional<std::int64_t> rows = {};  // how many it staged, once it is done; the export stages none
 };
 
 struct WizardResult {
@@ -61,8 +63,7 @@ std::optional<toolkit::DateSpan> DatesOf(std::string_view txtAno, std::string_vi
 /// Makes the period anew, stages every section of its basis and exports the file. The period's earlier rows
 /// and its header are replaced in one transaction; then each step is a transaction of its own. A failed step
 /// ends the run and keeps what was staged before it. Every run that got as far as the steps leaves a row in
-/// `HistoricoEnvio`. Throws data::Error when the company database fails before the steps; nothing has changed
-/// then. The billing side's steps are not built yet: periods that need them are refused before anything changes.
+/// `HistoricoEnvio`. Throws data::Error when the company database fails before the steps; nothing has changed then.
 WizardResult Assistente(const session::Context& context, const WizardInput& input,
                         const WizardObserver& observer = {});
 

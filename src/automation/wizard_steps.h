@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "automation/wizard.h"
+#include "billing/billing_period.h"
 #include "periods/staging.h"
 
 namespace korvel::automation {
@@ -13,17 +14,18 @@ namespace korvel::automation {
 struct StepContext {
   const session::Context& context;
   const WizardInput& input;
-  periods::PeriodKey period;
+  billing::BillingPeriod period;
   /// Set by the step that reads the balances.
   bool noJournalTicked = false;
 };
 
 /// One section of the file to be staged. `load` reads the source, `save` stages what it gave; each false or empty when it
-/// failed, which it has shown. A step without `load` reads and stages in one go. One without `save` is not built yet.
+/// failed, which it has shown. A step without `load` reads and stages in one go.
 struct Step {
   std::string_view key;
   std::string_view description;
   std::string_view bases;  // letters of the kinds of system that have it
+  std::string_view table;  // where its rows are staged
   std::optional<periods::Grid> (*load)(StepContext& run) = nullptr;
   bool (*save)(StepContext& run, const periods::Grid& rows) = nullptr;
 

@@ -162,4 +162,10 @@ BrevantFilter FiltrosBrevant(const BrevantChoice& choice) {
   return filter;
 }
 
+std::optional<BrevantFilter> FiltrosBrevant(const session::Context& context) {
+  const session::ConnectionPtr company = OpenCompany(context);
+  if (!company) return std::nullopt;
+  return FiltrosBrevant(StoredBrevantChoice(ReadParameters(*company).value_or(Parameters{})));
+}
+
 }  // namespace korvel::periods

@@ -75,5 +75,7 @@ struct BrevantFilter {
 inline constexpr std::string_view kFilterCancelled = "CANCELAR";
 
 BrevantFilter FiltrosBrevant(const BrevantChoice& choice);
+/// The filter without a screen: as the stored parameters stand. Nothing when the company does not open, which is shown.
+std::optional<BrevantFilter> FiltrosBrevant(const session::Context& context);
 
 }  // namespace korvel::periods
