@@ -42,12 +42,12 @@ std::string SectionNames() {
   return names;
 }
 
-void LeaveOut(ExportOptions& options, const std::string& section) {
+void Tick(ExportOptions& options, const std::string& section, bool ticked) {
   const auto found = std::ranges::find(kBoxes, std::string_view(section), &SectionBox::name);
   if (found == std::end(kBoxes)) {
     throw UsageError(fmt::format("Secção desconhecida: {}. As secções são: {}.", section, SectionNames()));
   }
-  options.*found->box = false;
+  options.*found->box = ticked;
 }
 
 /// A box of the form that a period may leave disabled.
@@ -72,6 +72,8 @@ class Exportar final : public Command {
                  "Cada mês traz os documentos desde o início do período");
     app.add_flag("--acumulativo-contabilidade", accounting_,
                  "Cada mês traz os movimentos desde o início do período");
+    app.add_option("--com", with_, "Secções a acrescentar às que o período traz, das mesmas que --sem")
+        ->type_name("SECÇÃO,...");
     app.add_option("--sem", without_, "Secções que ficam de fora: " + SectionNames())
         ->type_name("SECÇÃO,...");
   }
@@ -107,7 +109,8 @@ class Exportar final : public Command {
     options.chkFacturacaoAcum = billing_;
     options.chkContabilAcum = accounting_;
     options.txtPastaExportacao = folder_;
-    for (const std::string& section : CodeList(without_)) LeaveOut(options, section);
+    for (const std::string& section : CodeList(with_)) Tick(options, section, true);
+    for (const std::string& section : CodeList(without_)) Tick(options, section, false);
     return options;
   }
 
@@ -128,6 +131,7 @@ class Exportar final : public Command {
   bool monthly_ = false;
   bool billing_ = false;
   bool accounting_ = false;
+  std::string with_;
   std::string without_;
 };
 

@@ -1,5 +1,6 @@
 #include "auditfile/audit_file.h"
 
+#include "auditfile/documents_section.h"
 #include "auditfile/header_section.h"
 #include "auditfile/ledger_section.h"
 #include "auditfile/master_files.h"
@@ -31,7 +32,9 @@ ByteRange WriteAuditFile(FileSink& sink, const SectionContext& context, const Fi
     if (context.options.chkHeader) WriteHeader(xml, context);
   });
   const ByteRange masterFiles = WriteMasterFilesElement(xml, context, content);
-  WriteLedgerEntries(xml, context, content.ledgerFilter);
+  // The documents' key goes on from the ledger's, which is deliberate: see WriteDocuments.
+  const RunningKey key = WriteLedgerEntries(xml, context, content.ledgerFilter);
+  WriteDocuments(xml, context, content.documents, key);
   xml.CloseElement();
   return masterFiles;
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string_view>
 
+#include "auditfile/document_statement.h"
 #include "auditfile/file_sink.h"
 #include "auditfile/section_context.h"
 
@@ -13,14 +13,9 @@ namespace korvel::auditfile {
 struct FileContent {
   /// Condition on the ledger lines, beginning with " and ", or empty.
   std::string_view ledgerFilter;
+  DocumentSelection documents;
   /// Appends an earlier file's `MasterFiles` in place of reading it from the tables again; may be empty.
   std::function<void(FileSink&)> masterFiles;
-};
-
-/// The bytes that an element takes in the file.
-struct ByteRange {
-  std::uint64_t begin = 0;
-  std::uint64_t end = 0;
 };
 
 /// Writes one audit file: the declaration, the root and its sections in their order. Returns where

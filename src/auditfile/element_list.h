@@ -18,10 +18,14 @@ enum class Rule : std::uint8_t {
   IfSet,          // left out when the trimmed column is empty
   Amount,         // a number with the decimals of the company
   AmountIfAny,    // left out when the number is 0
+  AmountIfSet,    // left out when the trimmed column is empty: a staged "0.00" stands
+  CentsIfAny,     // as AmountIfAny, but with two decimals whatever the company has
   Count,          // the number that the text begins with, in its shortest form
   MoneyText,      // money in its shortest form with "."
   NormalIfBlank,  // "N" when the trimmed column is empty
   Open,           // a container begins: what follows is in it, always written
+  OpenIfSet,      // a container that is left out with all it holds when both trimmed columns are empty
+  OpenIfText,     // the same, but blanks in the second column are enough for it to stand
   Close,          // the innermost container ends
 };
 
@@ -29,6 +33,7 @@ struct Element {
   std::string_view name;
   std::string_view column;
   Rule rule = Rule::Always;
+  std::string_view secondColumn = {};  // of a container that may be left out
 };
 
 /// A plain element whose name is its column's.
@@ -40,6 +45,11 @@ constexpr Element Optional(std::string_view name) {
 }
 constexpr Element Begin(std::string_view container) {
   return {container, {}, Rule::Open};
+}
+/// A container that stands when one of its columns is set.
+constexpr Element BeginIfSet(std::string_view container, std::string_view column,
+                             std::string_view secondColumn = {}) {
+  return {container, column, Rule::OpenIfSet, secondColumn};
 }
 constexpr Element End(std::string_view container) {
   return {container, {}, Rule::Close};
@@ -65,10 +75,15 @@ class ElementList {
   struct Bound {
     std::string_view name;
     std::size_t column = 0;
+    std::size_t secondColumn = 0;
     Rule rule = Rule::Always;
     bool isMoney = false;
+    std::size_t end = 0;  // of a container: where it closes
   };
 
+  static Bound Bind(const Element& element, const data::Recordset& rows);
+  void FindEnds();
+  bool IsLeftOut(const data::Recordset& rows, const Bound& element) const;
   void WriteElement(XmlWriter& xml, const data::Recordset& rows, const Bound& element) const;
   void WriteAmount(XmlWriter& xml, const data::Recordset& rows, const Bound& element) const;
   data::Currency Number(const data::Recordset& rows, const Bound& element) const;

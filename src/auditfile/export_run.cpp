@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "auditfile/audit_file.h"
+#include "auditfile/documents_section.h"
 #include "auditfile/file_plan.h"
 #include "auditfile/header_section.h"
 #include "auditfile/replacing_file.h"
@@ -42,8 +43,10 @@ class ExportRun {
   void WriteSections(const std::string& path, int month) {
     auto file = std::make_unique<ReplacingFile>(PathOf(path));
     FileContent content;
-    const std::string filter = MonthFilter(month, firstMonth_, context_.options.chkContabilAcum);
-    content.ledgerFilter = filter;
+    const std::string ledger = MonthFilter(month, firstMonth_, context_.options.chkContabilAcum);
+    const std::string billing = MonthFilter(month, firstMonth_, context_.options.chkFacturacaoAcum);
+    content.ledgerFilter = ledger;
+    content.documents = {billing, scattered_};
     if (firstFile_) content.masterFiles = [this](FileSink& to) { CopyMasterFiles(to); };
     const ByteRange masterFiles = WriteAuditFile(*file, context_, content);
     file->Finish();
@@ -60,6 +63,7 @@ class ExportRun {
   std::vector<std::string>& files_;
   std::string stem_;
   const int firstMonth_ = context_.options.chkPorMeses ? MonthOf(context_.period.startDate) : 0;
+  const bool scattered_ = WantsDocuments(context_) && DocumentsAreScattered(context_);
   std::unique_ptr<const ReplacingFile> firstFile_;
   ByteRange masterFiles_;
 };
@@ -119,7 +123,7 @@ void ShowFiles(const session::Context& context, const ExportOptions& options, bo
                const std::vector<std::string>& files) {
   if (options.chkPorMeses) {
     context.dialogs.Message(toolkit::Icon::None, "Foram gerados os seguintes ficheiros:\n" + Lines(files),
-                            "Exportação de Ficheiros Saft");
+                            kFilesTitle);
   } else if (!silent) {
     context.dialogs.Message(toolkit::Icon::Information,
                             "Foram Gerados os Seguintes Ficheiros:\n\n" + Lines(files));

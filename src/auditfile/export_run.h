@@ -40,10 +40,14 @@ struct ExportResult {
   std::string error;
 };
 
+/// Title of the box that lists the files of a monthly run.
+inline constexpr std::string_view kFilesTitle = "Exportação de Ficheiros Saft";
+
 /// Writes the audit file of a period from the staged rows of the company, or one file a month. `Cliente` is
 /// not blank for a self-billing file. `silent` keeps the run from showing boxes, but for the list of files of
 /// a monthly run. A file of an earlier run is replaced only once the new one is whole;
-/// `TabHeader.DateCreated` is set for every file written with its header. Throws nothing: what fails ends the
+/// `TabHeader.DateCreated` is set for every file written with its header, and a blank `TaxPayable` of a document
+/// becomes 0 in its staged row. Throws nothing: what fails ends the
 /// run and is told in the result.
 ExportResult ExportaSaft(const session::Context& context, const ExportOptions& options,
                          const periods::PeriodKey& period, std::string_view Cliente = {},

@@ -21,6 +21,12 @@ class FileError : public std::runtime_error {
   int error_;
 };
 
+/// A stretch of what was appended to a sink, by its positions.
+struct ByteRange {
+  std::uint64_t begin = 0;
+  std::uint64_t end = 0;
+};
+
 /// The bytes of a file on their way out, gathered in one large buffer. A file counts as written only once
 /// Finish() has returned; a sink dropped without it leaves what stood under the file's name as it was.
 class FileSink {
@@ -53,10 +59,10 @@ class FileSink {
   virtual void Send(std::string_view bytes) = 0;
   /// All bytes were sent: puts the file under its name.
   virtual void Complete() = 0;
-
- private:
+  /// Sends what is gathered so far.
   void SendBuffer();
 
+ private:
   std::unique_ptr<char[]> buffer_;
   std::size_t used_ = 0;
   std::uint64_t sent_ = 0;

@@ -1,13 +1,10 @@
 #include "auditfile/ledger_section.h"
 
 #include <array>
-#include <optional>
 #include <string>
-#include <utility>
 
 #include "auditfile/sections.h"
 #include "toolkit/progress_scope.h"
-#include "toolkit/text.h"
 
 namespace korvel::auditfile {
 namespace {
@@ -43,31 +40,6 @@ constexpr std::array kLine{
     Element{"CreditAmount", "CreditAmount", Rule::AmountIfAny},
 };
 
-/// The key of a running group of lines: compared without regard to case and outer blanks.
-class GroupKey {
- public:
-  explicit GroupKey(std::size_t column) : column_(column) {}
-
-  /// True when the current row begins another group. Most rows repeat the text of the row before, which is
-  /// seen without making a key.
-  bool Changes(const data::Recordset& rows) {
-    const std::string_view text = rows.Text(column_);
-    if (key_ && text == text_) return false;
-    text_.assign(text);
-    std::string key = toolkit::Upper(toolkit::Trim(text));
-    if (key_ == key) return false;
-    key_ = std::move(key);
-    return true;
-  }
-  /// The next row begins a group whatever its text.
-  void Reset() { key_.reset(); }
-
- private:
-  std::size_t column_;
-  std::string text_;
-  std::optional<std::string> key_;
-};
-
 /// Makes nested elements of the flat rows, which come ordered by journal, transaction and line.
 class LedgerWriter {
  public:
@@ -77,12 +49,12 @@ class LedgerWriter {
         journal_(kJournal, rows, format),
         transaction_(kTransaction, rows, format),
         line_(kLine, rows, format),
-        journalKey_(rows.IndexOf("JournalID")),
-        transactionKey_(rows.IndexOf("TransactionID")) {}
+        journalId_(rows.IndexOf("JournalID")),
+        transactionId_(rows.IndexOf("TransactionID")) {}
 
   void WriteRow() {
-    if (journalKey_.Changes(rows_)) BeginJournal();
-    if (transactionKey_.Changes(rows_)) BeginTransaction();
+    if (journalKey_.Changes(rows_.Text(journalId_))) BeginJournal();
+    if (transactionKey_.Changes(rows_.Text(transactionId_))) BeginTransaction();
     xml_.Element("Line", [&] { line_.Write(xml_, rows_); });
   }
   /// Closes what the last row left open.
@@ -91,6 +63,8 @@ class LedgerWriter {
     if (inJournal_) xml_.CloseElement();
     inJournal_ = false;
   }
+  /// Of the last row's transaction.
+  const RunningKey& Key() const { return transactionKey_; }
 
  private:
   void BeginJournal() {
@@ -117,8 +91,10 @@ class LedgerWriter {
   ElementList journal_;
   ElementList transaction_;
   ElementList line_;
-  GroupKey journalKey_;
-  GroupKey transactionKey_;
+  std::size_t journalId_;
+  std::size_t transactionId_;
+  RunningKey journalKey_;
+  RunningKey transactionKey_;
   bool inJournal_ = false;
   bool inTransaction_ = false;
 };
@@ -130,7 +106,7 @@ std::string Statement(const SectionContext& context, std::string_view monthFilte
   return statement.append(" order by JournalID,TransactionID,RecordID,NumRegisto");
 }
 
-void WriteRows(XmlWriter& xml, data::Recordset& rows, const SectionContext& context) {
+RunningKey WriteRows(XmlWriter& xml, data::Recordset& rows, const SectionContext& context) {
   toolkit::ProgressScope progress(context.progress, sections::kPOCGeneralLedgerEntries.caption, 0);
   LedgerWriter ledger(xml, rows, context.format);
   for (; !rows.Eof(); rows.MoveNext()) {
@@ -138,18 +114,21 @@ void WriteRows(XmlWriter& xml, data::Recordset& rows, const SectionContext& cont
     ledger.WriteRow();
   }
   ledger.Finish();
+  return ledger.Key();
 }
 
 }  // namespace
 
-void WriteLedgerEntries(XmlWriter& xml, const SectionContext& context, std::string_view monthFilter) {
-  if (!context.options.chkPOCGeneralLedgerEntries || !context.HasAccounting()) return;
+RunningKey WriteLedgerEntries(XmlWriter& xml, const SectionContext& context, std::string_view monthFilter) {
+  RunningKey key;
+  if (!context.options.chkPOCGeneralLedgerEntries || !context.HasAccounting()) return key;
   data::Recordset rows = context.company.Query(Statement(context, monthFilter));
-  if (rows.Eof()) return;
+  if (rows.Eof()) return key;
   xml.Element("GeneralLedgerEntries", [&] {
     ElementList(kTotals, rows, context.format).Write(xml, rows);
-    WriteRows(xml, rows, context);
+    key = WriteRows(xml, rows, context);
   });
+  return key;
 }
 
 }  // namespace korvel::auditfile

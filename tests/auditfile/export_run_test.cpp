@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -161,6 +162,53 @@ TEST(ExportRun, AFailureLeavesTheEarlierFileAndTellsItsCause) {
   EXPECT_THAT(NamesIn(company.target.Path()), testing::SizeIs(1));
   EXPECT_EQ(company.One(company.session.gBaseDados, "Select DateCreated from TabHeader"), "2026-01-15");
   EXPECT_EQ(company.progress.open, 0);
+}
+
+/// No file of this process grows past a size, as on a full disk.
+class SizeLimit {
+ public:
+  explicit SizeLimit(rlim_t bytes) : ignored_(std::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{bytes, before_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~SizeLimit() {
+    ::setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, ignored_);
+  }
+  SizeLimit(const SizeLimit&) = delete;
+  SizeLimit& operator=(const SizeLimit&) = delete;
+
+ private:
+  void (*ignored_)(int);
+  rlimit before_{};
+};
+
+TEST(ExportRun, AFullDiskLeavesTheEarlierFileAndSaysSo) {
+  StagedCompany company;
+  company.AddHeader("I");
+  company.AddDocument("FT 2010/1", "1", {{"TaxPayable", "1"}});
+  ExportOptions options = company.Options(Basis::Integrated);
+  const std::string path = company.Export(options).files.at(0);
+  const std::string earlier = test::ReadFile(path);
+  company.clock.now.day = 16;
+  company.Run(company.session.gBaseDados,
+              "Update TabSourceDocumentsGEST set Description=replicate('x',1000),InvoiceNo='FT 2010/2'");
+  // The server's own files are made while there is room.
+  const auto master = company.Open("master");
+  const auto database = company.Open(company.session.gBaseDados);
+  for (const std::size_t size : {std::size_t{0}, earlier.size() / 2, earlier.size()}) {
+    const SizeLimit full(size);
+    const ExportResult result = company.Export(options);
+    EXPECT_FALSE(result.ok) << size;
+    EXPECT_THAT(result.files, testing::IsEmpty());
+    EXPECT_EQ(result.error,
+              "Não foi possível escrever \"" + path + "\": o ficheiro excede o tamanho permitido");
+  }
+  EXPECT_EQ(test::ReadFile(path), earlier);
+  EXPECT_THAT(NamesIn(company.target.Path()), testing::SizeIs(1));
+  EXPECT_EQ(company.One(company.session.gBaseDados, "Select DateCreated from TabHeader"), "2026-01-15");
+  EXPECT_TRUE(company.Export(options).ok) << "with room again";
 }
 
 TEST(ExportRun, AFolderThatIsNoneFailsBeforeAnythingIsWritten) {

@@ -14,6 +14,10 @@ namespace {
 
 using Row = std::map<std::string_view, std::string>;
 
+Row PeriodCells() {
+  return {{"FiscalYear", "'2010'"}, {"StartDate", "'2010-01-01'"}, {"EndDate", "'2010-12-31'"}};
+}
+
 void Put(Row& row, std::initializer_list<Cell> cells) {
   for (const Cell& cell : cells) row[cell.column] = cell.value ? data::Quoted(cell.value) : "NULL";
 }
@@ -37,14 +41,14 @@ StagedCompany::StagedCompany() {
 }
 
 void StagedCompany::Add(std::string_view table, std::initializer_list<Cell> cells) {
-  Row row{{"FiscalYear", "'2010'"}, {"StartDate", "'2010-01-01'"}, {"EndDate", "'2010-12-31'"}};
+  Row row = PeriodCells();
   Put(row, cells);
   Run(session.gBaseDados, InsertStatement(table, row));
 }
 
 void StagedCompany::AddHeader(std::string_view basis, std::initializer_list<Cell> cells) {
   const std::string letter(basis);
-  Row row{{"FiscalYear", "'2010'"}, {"StartDate", "'2010-01-01'"}, {"EndDate", "'2010-12-31'"}};
+  Row row = PeriodCells();
   Put(row, {{"AuditFileVersion", "1.01_01"},
             {"CompanyID", "508123453"},
             {"TaxRegistrationNumber", "508123453"},
@@ -67,7 +71,7 @@ void StagedCompany::AddHeader(std::string_view basis, std::initializer_list<Cell
 
 void StagedCompany::AddLine(const char* journal, const char* transaction, const char* record,
                             const char* month, std::initializer_list<Cell> cells) {
-  Row row{{"FiscalYear", "'2010'"}, {"StartDate", "'2010-01-01'"}, {"EndDate", "'2010-12-31'"}};
+  Row row = PeriodCells();
   Put(row, {{"NumberOfEntries", "3"},
             {"TotalDebit", "1.234,50"},
             {"TotalCredit", "0"},
@@ -89,6 +93,52 @@ void StagedCompany::AddLine(const char* journal, const char* transaction, const 
             {"CreditAmount", "0"}});
   Put(row, cells);
   Run(session.gBaseDados, InsertStatement("TabGeneralLedgerEntriesPOC", row));
+}
+
+void StagedCompany::AddDocument(const char* number, const char* line, std::initializer_list<Cell> cells) {
+  Row row = PeriodCells();
+  Put(row, {{"SalesInvoices", ""},
+            {"NumberOfEntries", "1"},
+            {"TotalDebit", "0"},
+            {"TotalCredit", "12,3"},
+            {"Invoice", ""},
+            {"InvoiceNo", number},
+            {"InvoiceStatus", "N"},
+            {"Hash", "0"},
+            {"HashControl", "0"},
+            {"Period", "1"},
+            {"InvoiceDate", "2010-01-02"},
+            {"InvoiceType", "FT"},
+            {"SelfBillingIndicator", "0"},
+            {"SystemEntriedate", "2010-01-02T09:00:00"},
+            {"CustomerID", "500100144"},
+            {"ShipTo_AddressDetail", "Rua A"},
+            {"ShipTo_City", "Lisboa"},
+            {"ShipTo_PostalCode", "1000-001"},
+            {"ShipTo_Country", "PT"},
+            {"ShipFrom_AddressDetail", "Rua B"},
+            {"ShipFrom_City", "Porto"},
+            {"ShipFrom_PostalCode", "4000-001"},
+            {"ShipFrom_Country", "PT"},
+            {"LineNumber", line},
+            {"ProductCode", "P1"},
+            {"ProductDescription", "Pão"},
+            {"Quantity", "1"},
+            {"UnitOfMeasure", "Uni"},
+            {"UnitPrice", "10"},
+            {"TaxPointDate", "2010-01-02"},
+            {"Description", "Linha"},
+            {"DebitAmount", ""},
+            {"CreditAmount", "10"},
+            {"TaxType", "IVA"},
+            {"TaxCountryRegion", "PT"},
+            {"TaxCode", "NOR"},
+            {"TaxPercentage", "23"},
+            {"TaxPayable", "2,3"},
+            {"NetTotal", "10"},
+            {"GrossTotal", "12,3"}});
+  Put(row, cells);
+  Run(session.gBaseDados, InsertStatement("TabSourceDocumentsGEST", row));
 }
 
 auditfile::ExportOptions StagedCompany::Options(periods::Basis basis) const {

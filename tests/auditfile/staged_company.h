@@ -29,6 +29,8 @@ class StagedCompany : public TestServer {
   /// A ledger line: journal, transaction, line number and month, with a debit.
   void AddLine(const char* journal, const char* transaction, const char* record, const char* month,
                std::initializer_list<Cell> cells = {});
+  /// A document line of January: number of the document and of the line, with a credit.
+  void AddDocument(const char* number, const char* line, std::initializer_list<Cell> cells = {});
 
   auditfile::ExportOptions Options(periods::Basis basis = periods::Basis::Accounting) const;
   auditfile::ExportResult Export(const auditfile::ExportOptions& options);
