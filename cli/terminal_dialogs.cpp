@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <ostream>
 
+#include "auditfile/export_run.h"
 #include "periods/header_fields.h"
 #include "toolkit/text.h"
 
@@ -40,7 +41,8 @@ void TerminalDialogs::Say(std::string_view text) {
 }
 
 void TerminalDialogs::Message(toolkit::Icon, std::string_view text, std::string_view title) {
-  if (title != kHintTitle) Say(text);
+  // The files of a monthly run are listed by the commands themselves, with their sizes.
+  if (title != kHintTitle && title != auditfile::kFilesTitle) Say(text);
 }
 
 std::size_t TerminalDialogs::Ask(std::string_view, std::span<const std::string_view> buttons) {
