@@ -89,6 +89,9 @@ constexpr Account kAccounts[] = {
     {"71.1.3", "Vendas à taxa reduzida", "M"},
     {"71.1.4", "Vendas isentas", "M"},
     {"71.7", "Devoluções de vendas", "M"},
+    {"78", "Outros rendimentos", "T"},
+    {"78.7", "Rendimentos em investimentos não financeiros", "T"},
+    {"78.7.1", "Alienações", "M"},
     {"8", "Resultados", "C"},
     {"81", "Resultado líquido do período", "T"},
     {"81.1", "Resultado antes de impostos", "M"},
@@ -103,6 +106,10 @@ std::string WithoutDots(std::string_view code) {
   std::string plain(code);
   std::erase(plain, '.');
   return plain;
+}
+
+bool HasSecondAccount(std::size_t customer) {
+  return customer % kSecondAccountEvery == kSecondAccountEvery - 1;
 }
 
 std::string DottedAccount(Kind kind, std::string_view group, std::size_t index) {
@@ -127,12 +134,25 @@ class AccountWriter {
 
   void Add(Kind kind, const std::string& code, const Taxpayer& who) {
     const std::string plain = WithoutDots(code);
-    const std::string address = who.street + ", " + who.doorNumber;
+    const std::string address = AddressOf(who);
     const std::string_view cliFor = kind == Kind::Customer ? "C" : "F";
-    const data::Parameter values[] = {
-        plain,          code,           who.name,      "M",         cliFor,  "",
-        who.taxNumber,  who.doorNumber, who.street,    who.country, address, who.town,
-        who.postalCode, who.district,   who.telephone, who.mail,    "0"};
+    const data::Parameter values[] = {plain,
+                                      code,
+                                      who.name,
+                                      "M",
+                                      cliFor,
+                                      "",
+                                      who.taxNumber,
+                                      who.doorNumber,
+                                      who.street,
+                                      who.country,
+                                      address,
+                                      who.town,
+                                      who.postalCode,
+                                      who.district,
+                                      who.telephone,
+                                      who.mail,
+                                      who.selfBilling ? "1" : "0"};
     Send(values);
   }
 
@@ -154,8 +174,8 @@ class AccountWriter {
 void AddTaxpayers(AccountWriter& writer, Kind kind, const std::vector<Taxpayer>& taxpayers) {
   for (std::size_t i = 0; i < taxpayers.size(); ++i) {
     writer.Add(kind, DottedAccount(kind, "1", i), taxpayers[i]);
-    const bool second = kind == Kind::Customer && i % kSecondAccountEvery == kSecondAccountEvery - 1;
-    if (second) writer.Add(kind, DottedAccount(kind, "2", i), taxpayers[i]);
+    if (kind == Kind::Customer && HasSecondAccount(i))
+      writer.Add(kind, DottedAccount(kind, "2", i), taxpayers[i]);
   }
 }
 
@@ -163,6 +183,11 @@ void AddTaxpayers(AccountWriter& writer, Kind kind, const std::vector<Taxpayer>&
 
 std::string TaxpayerAccount(Kind kind, std::size_t index) {
   return WithoutDots(DottedAccount(kind, "1", index));
+}
+
+std::string SecondAccount(std::size_t customer) {
+  return HasSecondAccount(customer) ? WithoutDots(DottedAccount(Kind::Customer, "2", customer))
+                                    : std::string();
 }
 
 std::int64_t WriteChartOfAccounts(data::Connection& lunder, const std::vector<Taxpayer>& customers,

@@ -2,9 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "data/sql_text.h"
 #include "databases/companies.h"
 #include "databases/sql_admin.h"
+#include "demo/branches.h"
 #include "demo/taxpayers.h"
 #include "periods/parameters.h"
 #include "periods/period_editor.h"
@@ -21,15 +26,17 @@ constexpr std::int64_t kCompanyNumber = 50999001;  // the first eight digits of 
 
 /// Drops what an earlier demonstration left. False when the user wants to keep it.
 bool ClearTheWay(const Context& context, data::Connection& master) {
-  const std::string company = databases::CompanyDatabase(kCompanyCode);
-  const bool hasCompany = databases::CheckDatabase(master, company);
-  const bool hasBooks = databases::CheckDatabase(master, kLunderDatabase);
-  if (!hasCompany && !hasBooks) return true;
-  const std::string question = fmt::format(
-      "Já existe a empresa {} ou a base de dados {}. Pretende Eliminá-las?", kCompanyCode, kLunderDatabase);
+  std::vector<std::string> found;
+  for (const std::string& name : {databases::CompanyDatabase(kCompanyCode), std::string(kLunderDatabase),
+                                  std::string(kBrevantDatabase)}) {
+    if (databases::CheckDatabase(master, name)) found.push_back(name);
+  }
+  if (found.empty()) return true;
+  const std::string question =
+      fmt::format("Já existe a empresa {} ou as bases de dados {} e {}. Pretende Eliminá-las?", kCompanyCode,
+                  kLunderDatabase, kBrevantDatabase);
   if (!context.dialogs.ConfirmDeletion("Confirmar Eliminação :", question)) return false;
-  if (hasCompany) master.Execute("drop database " + company);
-  if (hasBooks) master.Execute("drop database " + std::string(kLunderDatabase));
+  for (const std::string& name : found) master.Execute("drop database " + name);
   master.Execute("use KorvelConfig");
   master.Execute("delete from empresas where codigo=" + data::Quoted(kCompanyCode));
   master.Execute("use master");
@@ -44,11 +51,23 @@ void EnterCompany(session::SessionRecord& session) {
 }
 
 bool SaveParameters(const Context& context) {
+  const session::SessionRecord& session = context.session;
+  const auto on = [&](std::string_view database) {
+    return periods::SourceLocation{session.gServidor, session.gLogin, session.gPassword,
+                                   std::string(database)};
+  };
   periods::Parameters parameters;
-  parameters.lunder = {context.session.gServidor, context.session.gLogin, context.session.gPassword,
-                       std::string(kLunderDatabase)};
+  parameters.lunder = on(kLunderDatabase);
+  parameters.brevant = on(kBrevantDatabase);
   parameters.Header_ApenasDiarioSI = true;  // opening balances come from the journal of opening balances
-  return periods::GravarParametros(context, parameters, {});
+  parameters.IncluirDocumentosAnulados = true;
+  parameters.Product_Patamar = "Grupo";
+  std::vector<periods::Warehouse> warehouses;
+  for (const Branch& branch : kBranches) {
+    warehouses.push_back(
+        {std::string(branch.warehouse), std::string(branch.name), std::string(branch.region)});
+  }
+  return periods::GravarParametros(context, parameters, warehouses);
 }
 
 struct HeaderValue {
@@ -74,38 +93,74 @@ constexpr HeaderValue kHeaderValues[] = {
     {"WebSite", "www.exemplo.pt"},
 };
 
-bool SavePeriod(const Context& context, int year) {
+/// A period that stands ready: of a year, for a kind of system, between two days.
+struct Period {
+  std::string_view kind;
+  int year;
+  std::string_view start;  // MM-DD
+  std::string_view end;
+};
+
+bool SavePeriod(const Context& context, const Period& period) {
   auto form = periods::OpenHeader(context, periods::HeaderMode::New, 0);
   if (!form) return false;
   periods::PeriodHeader& header = form->header;
-  periods::ChangeKind(header, "C");
+  periods::ChangeKind(header, period.kind);
   for (const HeaderValue& row : kHeaderValues) header[row.column] = row.value;
   header["CompanyID"] = header["TaxRegistrationNumber"] = PortugueseTaxNumber(kCompanyNumber);
-  header["FiscalYear"] = std::to_string(year);
-  periods::LeaveFiscalYear(context.clock, header);
+  header["FiscalYear"] = std::to_string(period.year);
+  header["StartDate"] = fmt::format("{}-{}", period.year, period.start);
+  header["EndDate"] = fmt::format("{}-{}", period.year, period.end);
   return periods::GravarHeader(context, periods::HeaderMode::New, header);
+}
+
+/// A run of the wizard for a year or a month replaces the period of the same dates whatever its kind, and copies the last
+/// one of its own kind. So each kind has a quarter of the year before, which such runs leave alone.
+bool SavePeriods(const Context& context, int year) {
+  const Period periods[] = {{"C", year - 1, "04-01", "06-30"},
+                            {"F", year - 1, "07-01", "09-30"},
+                            {"I", year - 1, "10-01", "12-31"},
+                            {"C", year, "01-01", "12-31"}};
+  return std::ranges::all_of(periods, [&](const Period& period) { return SavePeriod(context, period); });
+}
+
+/// Opens a fresh database of the session's server. Nothing when that failed, which is shown.
+session::ConnectionPtr MakeDatabase(const Context& context, std::string_view name) {
+  session::ConnectionPtr connection;
+  if (!session::OpenSessionDatabase(context, connection, "master")) {
+    session::ShowConnectionError(context);
+    return nullptr;
+  }
+  databases::CreateDatabase(context, *connection, name, {});
+  connection->Execute("use " + std::string(name));
+  return connection;
+}
+
+std::optional<BooksSummary> MakeSources(const Context& context, const BooksOptions& options) {
+  const session::ConnectionPtr lunder = MakeDatabase(context, kLunderDatabase);
+  const session::ConnectionPtr brevant = lunder ? MakeDatabase(context, kBrevantDatabase) : nullptr;
+  if (!brevant) return std::nullopt;
+  return FillBooks(*lunder, *brevant, options, context.progress);
 }
 
 }  // namespace
 
-std::optional<LunderSummary> MakeDemoCompany(const Context& context, const LunderOptions& options) {
-  session::ConnectionPtr connection;
-  if (!session::OpenSessionDatabase(context, connection, "master")) {
-    session::ShowConnectionError(context);
-    return std::nullopt;
+std::optional<BooksSummary> MakeDemoCompany(const Context& context, const BooksOptions& options) {
+  {
+    session::ConnectionPtr master;
+    if (!session::OpenSessionDatabase(context, master, "master")) {
+      session::ShowConnectionError(context);
+      return std::nullopt;
+    }
+    databases::EnsureConfigDatabase(*master);
+    if (!ClearTheWay(context, *master)) return std::nullopt;
   }
-  databases::EnsureConfigDatabase(*connection);
-  if (!ClearTheWay(context, *connection)) return std::nullopt;
-  databases::CreateDatabase(context, *connection, kLunderDatabase, {});
-  connection->Execute("use " + std::string(kLunderDatabase));
-  const LunderSummary summary = FillLunder(*connection, options, context.progress);
-  connection.reset();
-
+  const std::optional<BooksSummary> summary = MakeSources(context, options);
   const databases::NewCompany company{.code = std::string(kCompanyCode),
                                       .description = std::string(kCompanyName)};
-  if (!databases::CreateCompany(context, company)) return std::nullopt;
+  if (!summary || !databases::CreateCompany(context, company)) return std::nullopt;
   EnterCompany(context.session);
-  if (!SaveParameters(context) || !SavePeriod(context, options.year)) return std::nullopt;
+  if (!SaveParameters(context) || !SavePeriods(context, options.year)) return std::nullopt;
   return summary;
 }
 

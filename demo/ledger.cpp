@@ -17,8 +17,16 @@ Cents Signed(const Line& line) {
 
 }  // namespace
 
-data::Currency FromCents(Cents cents) {
-  return data::Currency::FromUnits(cents * (data::Currency::kScale / 100));
+Line PlainLine(std::string_view account, Side side, Cents amount) {
+  Line line;
+  line.account = account;
+  line.side = side;
+  line.amount = amount;
+  return line;
+}
+
+Side Opposite(Side side) {
+  return side == Side::Debit ? Side::Credit : Side::Debit;
 }
 
 Ledger::Ledger(data::Connection& lunder)
@@ -67,13 +75,18 @@ Cents Ledger::Balance(std::string_view account) const {
   return found == balances_.end() ? 0 : found->second;
 }
 
-std::vector<std::string> Ledger::OpenAccounts(char firstLetter) const {
+std::vector<std::string> Ledger::OpenAccounts(std::string_view prefix) const {
   std::vector<std::string> open;
   for (const auto& [account, balance] : balances_) {
-    if (balance != 0 && account.front() == firstLetter) open.push_back(account);
+    if (balance != 0 && account.starts_with(prefix)) open.push_back(account);
   }
   std::ranges::sort(open);
   return open;
+}
+
+void Ledger::Restart() {
+  balances_.clear();
+  lines_ = entries_ = totalDebit_ = 0;
 }
 
 }  // namespace korvel::demo

@@ -8,14 +8,10 @@
 #include <vector>
 
 #include "data/connection.h"
-#include "data/currency.h"
+#include "data/date_time.h"
+#include "demo/money.h"
 
 namespace korvel::demo {
-
-/// Money of the generator: whole cents, so that no amount has more decimals than the books show.
-using Cents = std::int64_t;
-
-data::Currency FromCents(Cents cents);
 
 enum class Side { Debit, Credit };
 
@@ -30,6 +26,11 @@ struct Line {
   std::string country;
 };
 
+/// A line without a taxpayer.
+Line PlainLine(std::string_view account, Side side, Cents amount);
+/// The other side.
+Side Opposite(Side side);
+
 /// An entry of the journal: lines that balance.
 struct Entry {
   data::DateTime posted;  // date of the entry and the time at which it was typed
@@ -41,7 +42,7 @@ struct Entry {
   std::vector<Line> lines;
 };
 
-/// Writes entries to `MovDiario` and knows the balance of every account so far. Memory grows with the accounts
+/// Writes entries to `MovDiario` and knows the balance of every account since the year's start. Memory grows with the accounts
 /// used, not with the lines written.
 class Ledger {
  public:
@@ -53,8 +54,10 @@ class Ledger {
 
   /// Debits less credits.
   Cents Balance(std::string_view account) const;
-  /// Accounts with that first letter and a balance other than 0, sorted by code.
-  std::vector<std::string> OpenAccounts(char firstLetter) const;
+  /// Accounts whose code begins so and whose balance is not 0, sorted by code.
+  std::vector<std::string> OpenAccounts(std::string_view prefix) const;
+  /// Begins a year: balances count from here, and so do Lines, Entries and TotalDebit.
+  void Restart();
 
   std::int64_t Lines() const { return lines_; }
   std::int64_t Entries() const { return entries_; }

@@ -57,31 +57,18 @@ constexpr ColumnDefinition kTaxasIvaColumns[] = {
     {"SAFT_TaxExpirationDate", "varchar(10)"},
 };
 
-constexpr databases::TableDefinition Table(std::string_view name, std::span<const ColumnDefinition> columns) {
-  databases::TableDefinition table;
-  table.name = name;
-  table.columns = columns;
-  return table;
-}
-
 }  // namespace
 
 namespace lunder {
-constexpr databases::TableDefinition kContas = Table("Contas", kContasColumns);
-constexpr databases::TableDefinition kMovDiario = Table("MovDiario", kMovDiarioColumns);
-constexpr databases::TableDefinition kDiarios = Table("Diarios", kDiariosColumns);
-constexpr databases::TableDefinition kConfigura = Table("Configura", kConfiguraColumns);
-constexpr databases::TableDefinition kTaxasIva = Table("TaxasIva", kTaxasIvaColumns);
+constexpr databases::TableDefinition kContas = SourceTable("Contas", kContasColumns);
+constexpr databases::TableDefinition kMovDiario = SourceTable("MovDiario", kMovDiarioColumns);
+constexpr databases::TableDefinition kDiarios = SourceTable("Diarios", kDiariosColumns);
+constexpr databases::TableDefinition kConfigura = SourceTable("Configura", kConfiguraColumns);
+constexpr databases::TableDefinition kTaxasIva = SourceTable("TaxasIva", kTaxasIvaColumns);
 }  // namespace lunder
 
 std::vector<const databases::TableDefinition*> LunderTables() {
   return {&lunder::kContas, &lunder::kMovDiario, &lunder::kDiarios, &lunder::kConfigura, &lunder::kTaxasIva};
-}
-
-std::vector<std::string_view> ColumnNames(const databases::TableDefinition& table) {
-  std::vector<std::string_view> names;
-  for (const ColumnDefinition& column : table.columns) names.push_back(column.name);
-  return names;
 }
 
 }  // namespace korvel::demo

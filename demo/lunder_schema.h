@@ -1,10 +1,8 @@
 #pragma once
 
-#include <span>
-#include <string_view>
 #include <vector>
 
-#include "databases/schema.h"
+#include "demo/source_schema.h"
 
 namespace korvel::demo {
 
@@ -18,8 +16,5 @@ extern const databases::TableDefinition kTaxasIva;
 }  // namespace lunder
 
 std::vector<const databases::TableDefinition*> LunderTables();
-
-/// Names of the table's columns in their order, for a batch of rows.
-std::vector<std::string_view> ColumnNames(const databases::TableDefinition& table);
 
 }  // namespace korvel::demo

@@ -106,6 +106,16 @@ void MakeUntidy(Taxpayer& company, Kind kind, std::int64_t index) {
   if (index % 31 == 13) company.postalCode.clear();
 }
 
+constexpr std::size_t kPersons = 24;
+
+Taxpayer FinalConsumer() {
+  Taxpayer nobody;
+  nobody.taxNumber = "999999990";
+  nobody.country = "PT";
+  nobody.name = "Consumidor final";
+  return nobody;
+}
+
 }  // namespace
 
 std::string PortugueseTaxNumber(std::int64_t eightDigits) {
@@ -115,6 +125,32 @@ std::string PortugueseTaxNumber(std::int64_t eightDigits) {
   const int remainder = sum % 11;
   const int check = remainder < 2 ? 0 : 11 - remainder;
   return digits + static_cast<char>('0' + check);
+}
+
+std::string PostalCodeOf(const Taxpayer& who) {
+  return who.postalCode.empty() ? std::string(kNoPostalCode) : who.postalCode;
+}
+
+std::string AddressOf(const Taxpayer& who) {
+  return who.street.empty() ? "Desconhecida" : who.street + ", " + who.doorNumber;
+}
+
+std::vector<Taxpayer> MakePersons(Kind kind, std::string_view country) {
+  std::vector<Taxpayer> made(kPersons);
+  for (std::size_t i = 0; i < kPersons; ++i) {
+    Taxpayer& who = made[i];
+    const Town& town = kTowns[i % std::size(kTowns)];
+    const std::int64_t firstNumber = kind == Kind::Customer ? 20100000 : 21700000;
+    who.taxNumber = PortugueseTaxNumber(firstNumber + static_cast<std::int64_t>(i) * 101);
+    who.country = i % 3 == 0 ? country : "PT";
+    who.name = fmt::format("Particular n.º {}", i + 1);
+    who.street = kStreets[i % std::size(kStreets)];
+    who.doorNumber = fmt::format("{}", i + 1);
+    who.town = town.name;
+    if (i % 7 != 5) who.postalCode = fmt::format("{:04}-{:03}", town.postalArea, i + 1);
+  }
+  if (kind == Kind::Customer) made.front() = FinalConsumer();
+  return made;
 }
 
 std::vector<Taxpayer> MakeTaxpayers(Kind kind, std::int64_t count, Random& random) {
@@ -128,6 +164,7 @@ std::vector<Taxpayer> MakeTaxpayers(Kind kind, std::int64_t count, Random& rando
     } else {
       MakeUntidy(company, kind, i);
     }
+    company.selfBilling = kind == Kind::Customer && i % 97 == 2;
     made.push_back(std::move(company));
   }
   return made;

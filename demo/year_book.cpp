@@ -2,94 +2,97 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
+#include "demo/billing_cards.h"
 #include "demo/chart_of_accounts.h"
 #include "demo/code_tables.h"
+#include "toolkit/text.h"
 
 namespace korvel::demo {
 
 namespace {
 
-constexpr std::int64_t kOccasional = 24;  // taxpayers that occur in entries only
-
-/// They take tax numbers of persons, which no customer or supplier of the chart has.
-std::vector<Taxpayer> MakeOccasional(std::int64_t firstNumber, std::string_view country) {
-  std::vector<Taxpayer> made(kOccasional);
-  for (std::int64_t i = 0; i < kOccasional; ++i) {
-    Taxpayer& who = made[static_cast<std::size_t>(i)];
-    who.taxNumber = PortugueseTaxNumber(firstNumber + i * 101);
-    who.country = i % 3 == 0 ? country : "PT";
-    who.name = fmt::format("Particular n.º {}", i + 1);
-  }
-  made.front().taxNumber = "999999990";  // the final consumer
-  return made;
-}
-
 constexpr std::uint64_t kSeed = 20130101;
+constexpr std::int64_t kShopOpens = 8 * 3600 + 1800;
+constexpr std::int64_t kLastSecond = 24 * 3600 - 1;
+
+std::size_t PickIndex(std::size_t count, Random& random) {
+  return static_cast<std::size_t>(random.Below(static_cast<std::int64_t>(count)));
+}
 
 }  // namespace
 
-Line PlainLine(std::string_view account, Side side, Cents amount) {
-  Line line;
-  line.account = account;
-  line.side = side;
-  line.amount = amount;
-  return line;
-}
-
-Side Opposite(Side side) {
-  return side == Side::Debit ? Side::Credit : Side::Debit;
-}
-
-Cents VatOf(Cents net, int rate) {
-  return (net * rate + 50) / 100;
-}
-
-YearBook::YearBook(Ledger& ledger, int year, const std::vector<Taxpayer>& customers,
-                   const std::vector<Taxpayer>& suppliers)
+YearBook::YearBook(Ledger& ledger, BillingBook& billing, int year, const People& people,
+                   const Catalogue& catalogue)
     : ledger_(ledger),
+      billing_(billing),
       year_(year),
-      customers_(customers),
-      suppliers_(suppliers),
-      random_(kSeed),
-      occasionalCustomers_(MakeOccasional(20100000, "FR")),
-      occasionalSuppliers_(MakeOccasional(21700000, "ES")) {
+      people_(people),
+      catalogue_(catalogue),
+      random_(kSeed + static_cast<std::uint64_t>(year)),
+      desk_(year, catalogue, random_) {
   GoTo(0);
 }
 
 void YearBook::GoTo(int dayOfYear) {
-  day_ = data::CivilFromDays(data::DaysFromCivil(year_, 1, 1) + dayOfYear);
+  const data::DateTime day = data::CivilFromDays(data::DaysFromCivil(year_, 1, 1) + dayOfYear);
+  if (day == day_) return;
+  CloseTill();
+  day_ = day;
+  second_ = kShopOpens;
 }
 
-std::string YearBook::NextNumber(std::string_view prefix, std::string_view suffix) {
+data::DateTime YearBook::Now() {
+  second_ = std::min(second_ + random_.Between(3, 40), kLastSecond);
+  data::DateTime now = day_;
+  now.hour = static_cast<int>(second_ / 3600);
+  now.minute = static_cast<int>(second_ / 60 % 60);
+  now.second = static_cast<int>(second_ % 60);
+  return now;
+}
+
+std::string YearBook::NextNumber(std::string_view prefix) {
   const auto found = numbers_.try_emplace(std::string(prefix), 0).first;
-  return fmt::format("{}{:06}{}", prefix, ++found->second, suffix);
+  return fmt::format("{}{:06}", prefix, ++found->second);
 }
 
 Entry YearBook::Start(std::string_view journal, std::string number, std::string text) {
   Entry entry;
-  entry.posted = day_;
-  entry.posted.hour = static_cast<int>(random_.Between(9, 18));
-  entry.posted.minute = static_cast<int>(random_.Below(60));
-  entry.posted.second = static_cast<int>(random_.Below(60));
+  entry.posted = Now();
   entry.journal = journal;
   entry.number = std::move(number);
   entry.text = std::move(text);
   return entry;
 }
 
-YearBook::Party YearBook::PickCustomer() {
-  const auto index = static_cast<std::size_t>(random_.Below(static_cast<std::int64_t>(customers_.size())));
-  return {TaxpayerAccount(Kind::Customer, index), &customers_[index]};
+Party YearBook::Customer(std::size_t index) const {
+  const Taxpayer& who = people_.customers[index];
+  return {CustomerCard(index), TaxpayerAccount(Kind::Customer, index), &who, index % std::size(kBranches),
+          toolkit::Upper(who.country) != "PT"};
 }
 
-YearBook::Party YearBook::PickSupplier() {
-  const auto index = static_cast<std::size_t>(random_.Below(static_cast<std::int64_t>(suppliers_.size())));
-  return {TaxpayerAccount(Kind::Supplier, index), &suppliers_[index]};
+Party YearBook::PickCustomer() {
+  return Customer(PickIndex(people_.customers.size(), random_));
 }
 
-const Taxpayer& YearBook::PickOccasional(Kind kind) {
-  const auto& list = kind == Kind::Customer ? occasionalCustomers_ : occasionalSuppliers_;
-  return list[static_cast<std::size_t>(random_.Below(kOccasional))];
+Party YearBook::Buyer(std::size_t index, std::size_t branch) const {
+  return {GeneralCard(branch), std::string(account::kOccasionalCustomers), &people_.buyers[index], branch};
+}
+
+Party YearBook::PickBuyer() {
+  const std::size_t branch = PickIndex(std::size(kBranches), random_);
+  return Buyer(PickIndex(people_.buyers.size(), random_), branch);
+}
+
+Party YearBook::PickSupplier() {
+  const std::size_t index = PickIndex(people_.suppliers.size(), random_);
+  return {"", TaxpayerAccount(Kind::Supplier, index), &people_.suppliers[index]};
+}
+
+Party YearBook::PickSeller() {
+  return {"", std::string(account::kOccasionalSuppliers),
+          &people_.sellers[PickIndex(people_.sellers.size(), random_)]};
 }
 
 void YearBook::OpenYear() {
@@ -101,11 +104,11 @@ void YearBook::OpenYear() {
                  PlainLine(account::kEquipment, Side::Debit, 2400000),
                  PlainLine(account::kDepreciation, Side::Credit, 960000),
                  PlainLine(account::kCapital, Side::Credit, 5000000)};
-  for (std::size_t i = 0; i < customers_.size(); i += 5) {
+  for (std::size_t i = 0; i < people_.customers.size(); i += 5) {
     entry.lines.push_back(
         PlainLine(TaxpayerAccount(Kind::Customer, i), Side::Debit, random_.Between(5000, 250000)));
   }
-  for (std::size_t i = 0; i < suppliers_.size(); i += 4) {
+  for (std::size_t i = 0; i < people_.suppliers.size(); i += 4) {
     entry.lines.push_back(
         PlainLine(TaxpayerAccount(Kind::Supplier, i), Side::Credit, random_.Between(5000, 120000)));
   }
@@ -113,6 +116,17 @@ void YearBook::OpenYear() {
   for (const Line& line : entry.lines) difference += line.side == Side::Debit ? line.amount : -line.amount;
   const Side side = difference > 0 ? Side::Credit : Side::Debit;
   entry.lines.push_back(PlainLine(account::kRetained, side, std::abs(difference)));
+  ledger_.Post(entry);
+}
+
+void YearBook::CarryForward() {
+  Entry entry = Start(journal::kOpening, "SI-1", "Saldos de abertura");
+  for (const std::string& open : ledger_.OpenAccounts("")) {
+    const Cents balance = ledger_.Balance(open);
+    const std::string_view code = open == account::kNetResult ? account::kRetained : std::string_view(open);
+    entry.lines.push_back(PlainLine(code, balance > 0 ? Side::Debit : Side::Credit, std::abs(balance)));
+  }
+  ledger_.Restart();
   ledger_.Post(entry);
 }
 

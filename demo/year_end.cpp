@@ -59,15 +59,28 @@ void YearBook::CloseAccounts(std::string_view journal, std::string_view text,
   ledger_.Post(entry);
 }
 
+/// What occasional buyers paid during the day goes to the cash at its end.
+void YearBook::CloseTill() {
+  if (till_ == 0) return;
+  Entry entry = Start(journal::kCash, NextNumber("FC-"), "Folha de caixa do dia");
+  const Side side = till_ > 0 ? Side::Debit : Side::Credit;
+  entry.lines = {PlainLine(account::kCash, side, std::abs(till_)),
+                 PlainLine(account::kOccasionalCustomers, Opposite(side), std::abs(till_))};
+  ledger_.Post(entry);
+  till_ = 0;
+}
+
 void YearBook::CloseMonth(int month) {
-  day_ = {.year = year_, .month = month, .day = data::DaysInMonth(year_, month)};
+  const data::DateTime last{.year = year_, .month = month, .day = data::DaysInMonth(year_, month)};
+  GoTo(static_cast<int>(data::DaysFromCivil(year_, month, last.day) - data::DaysFromCivil(year_, 1, 1)));
+  PostRarities(month);
+  CloseTill();
   PostWages();
   PayVat();
   TransferVat();
 }
 
 void YearBook::CloseYear() {
-  day_ = {.year = year_, .month = 12, .day = 31};
   Entry depreciation = Start(journal::kGeneral, NextNumber("OD-"), "Depreciações do exercício");
   depreciation.saftType = "R";
   depreciation.lines = {PlainLine(account::kDepreciationCost, Side::Debit, 480000),
@@ -83,8 +96,8 @@ void YearBook::CloseYear() {
                 PlainLine(account::kGoods, Side::Credit, bought)};
   ledger_.Post(used);
 
-  std::vector<std::string> results = ledger_.OpenAccounts('6');
-  std::ranges::copy(ledger_.OpenAccounts('7'), std::back_inserter(results));
+  std::vector<std::string> results = ledger_.OpenAccounts("6");
+  std::ranges::copy(ledger_.OpenAccounts("7"), std::back_inserter(results));
   CloseAccounts(journal::kResults, "Apuramento de resultados", results, account::kResultBeforeTax);
   const Cents profit = std::max<Cents>(0, -ledger_.Balance(account::kResultBeforeTax));
   Entry tax = Start(journal::kProfitTax, NextNumber("T31+"), "Estimativa de imposto");

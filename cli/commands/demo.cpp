@@ -27,17 +27,18 @@ class Demo final : public Command {
  public:
   std::string_view Path() const override { return "demo"; }
   std::string_view Summary() const override {
-    return "Cria a empresa de demonstração 0001 com a sua contabilidade";
+    return "Cria a empresa de demonstração 0001, com a sua contabilidade e facturação";
   }
   bool MakesServer() const override { return true; }
 
   void Declare(CLI::App& app) override {
-    app.add_option("--linhas", lines_, "Cerca de quantos movimentos contabilísticos (2000)")->type_name("N");
-    app.add_option("--ano", year_, "Ano da contabilidade (2025)")->type_name("ANO");
+    app.add_option("--linhas", lines_, "Cerca de quantas linhas de movimentos e de documentos no ano (2000)")
+        ->type_name("N");
+    app.add_option("--ano", year_, "Ano do negócio; o anterior também é criado (2025)")->type_name("ANO");
   }
 
   bool Run(Workspace& workspace) override {
-    demo::LunderOptions options;
+    demo::BooksOptions options;
     if (!lines_.empty()) options.lines = WholeNumber("--linhas", lines_, 1, 100'000'000);
     if (!year_.empty()) options.year = static_cast<int>(WholeNumber("--ano", year_, 2000, 2078));
     workspace.Login();
@@ -48,16 +49,21 @@ class Demo final : public Command {
   }
 
  private:
-  static void Report(Workspace& workspace, const demo::LunderSummary& made, int year) {
+  static void Report(Workspace& workspace, const demo::BooksSummary& made, int year) {
     const session::SessionRecord& session = workspace.Context().session;
     workspace.Out() << fmt::format("Empresa {} - {}\n", session.gCodEmpresa, session.gNomeEmpresa)
-                    << fmt::format("Contabilidade {} em {}, ano {}:\n", demo::kLunderDatabase,
-                                   session.gServidor, year)
+                    << fmt::format("Contabilidade {} em {}, anos {} e {}:\n", demo::kLunderDatabase,
+                                   session.gServidor, year - 1, year)
                     << fmt::format("  {:>9} contas, com {} clientes e {} fornecedores\n", made.accounts,
                                    made.customers, made.suppliers)
-                    << fmt::format("  {:>9} lançamentos com {} linhas\n", made.entries, made.lines)
+                    << fmt::format("  {:>9} lançamentos com {} linhas em {}\n", made.entries, made.lines,
+                                   year)
                     << fmt::format("  {} EUR a débito e a crédito\n",
-                                   toolkit::FDNum(made.totalDebit, 2, "", "", session.Marks()));
+                                   toolkit::FDNum(made.totalDebit, 2, "", "", session.Marks()))
+                    << fmt::format("Facturação {}:\n", demo::kBrevantDatabase)
+                    << fmt::format("  {:>9} produtos\n", made.products)
+                    << fmt::format("  {:>9} documentos de venda com {} linhas em {}\n", made.documents,
+                                   made.documentLines, year);
   }
 
   std::string lines_;
