@@ -42,6 +42,32 @@ const Record kLine{{"Tipo", "FT1"},      {"Numero", "00000001"}, {"Ano", "2011"}
                    {"ValorIliq", "100"}, {"TotalDesconto", "0"}, {"IvaTabela", "2"},   {"IvaTaxa", "23"},
                    {"Armazem", "A1"}};
 
+const Record kCustomer{{"Codigo", "C1"},
+                       {"Descricao", "Cliente Um"},
+                       {"Contribuinte", "501234567"},
+                       {"Contacto", "Ana"},
+                       {"Policia", "7"},
+                       {"Rua", "Rua A"},
+                       {"Morada", "Rua A, 7"},
+                       {"CodPost", "9500-100"},
+                       {"Distrito", "Leste"},
+                       {"Pais", "PT"},
+                       {"Expedicao_Policia", "8"},
+                       {"Expedicao_Rua", "Rua B"},
+                       {"Expedicao_Morada", "Rua B, 8"},
+                       {"Expedicao_CodPost", "9600-200"},
+                       {"Expedicao_Distrito", "Norte"},
+                       {"Expedicao_Pais", "ES"},
+                       {"Telefone", "296"},
+                       {"Fax", "297"},
+                       {"Email", "ana@um.pt"},
+                       {"Site", "um.pt"},
+                       {"Diversos", "0"},
+                       {"AutoFacturacao", "1"},
+                       {"ContaContabil", "poc"},
+                       {"ContaContabilSNC", "snc"},
+                       {"ContaContabilB", "poc B"}};
+
 }  // namespace
 
 BrevantWorld::BrevantWorld() {
@@ -123,6 +149,47 @@ void BrevantWorld::AddRemoved(const Record& values) {
 
 void BrevantWorld::AddLine(const Record& values) {
   Add("MovProduto", kLine, values);
+}
+
+void BrevantWorld::AddCustomer(const Record& values) {
+  Add("Clientes", kCustomer, values);
+}
+
+void BrevantWorld::AddProduct(const Record& values) {
+  Add("Produtos",
+      {{"Codigo", "P1"}, {"Descricao", "Porca"}, {"Servico", "0"}, {"Portes", "0"}, {"Grupo", "G"}}, values);
+}
+
+void BrevantWorld::AddTax(const Record& values) {
+  Add("TabIVA",
+      {{"Codigo", "2"},
+       {"Descricao", "Normal"},
+       {"CompraVenda", "V"},
+       {"Zona", "PT"},
+       {"Taxa", "23"},
+       {"Saft_TaxType", "IVA"},
+       {"SAFT_TaxCountryRegion", "PT"},
+       {"Saft_TaxCode", "NOR"},
+       {"Saft_Description", "Taxa Normal"}},
+      values);
+}
+
+void BrevantWorld::ClearMasters() {
+  Brevant("delete from Clientes\nGO\ndelete from TabIVA");
+  Company("delete from TabCustomerGEST\nGO\ndelete from TabTaxTableGEST");
+}
+
+bool BrevantWorld::Losing(std::size_t statement, const std::function<bool()>& work) {
+  const data::StatementObserver record = server.servers.observer;
+  server.statements.clear();
+  server.servers.observer = [&](std::string_view text) {
+    record(text);
+    if (server.statements.size() == statement + 1)
+      throw data::Error(data::Failure::NoServer, "Perdida a ligação ao servidor");
+  };
+  const bool done = work();
+  server.servers.observer = record;
+  return done;
 }
 
 void BrevantWorld::AddRemovedLine(const Record& values) {

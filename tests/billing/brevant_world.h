@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -38,7 +39,15 @@ class BrevantWorld : public testing::Test {
   void AddRemoved(const Record& values);   // the same in the log of removed documents
   void AddLine(const Record& values);      // a line of it, product P1, quantity 1
   void AddRemovedLine(const Record& values);
+  void AddCustomer(const Record& values);  // C1 with the tax number 501234567 and nothing missing
+  void AddProduct(const Record& values);   // the article P1 of group G
+  void AddTax(const Record& values);       // the sale code 2, 23 %
   void Add(std::string_view table, Record defaults, const Record& values = {});
+
+  /// Takes away the master data that the world starts with, staged rows included.
+  void ClearMasters();
+  /// The result of that work, of whose statements one fails as when the server has gone, the first being 0.
+  bool Losing(std::size_t statement, const std::function<bool()>& work);
 
   bool Run(billing::Caller caller = billing::Caller::Command) {
     return billing::CalcularDocumentos(server.Context(), period, caller);
