@@ -86,10 +86,12 @@ TableCopy::TableCopy(const std::filesystem::path& database, std::string_view tab
   for (int i = 0; i < columns; ++i) columns_.emplace_back(sqlite3_column_name(rows.get(), i));
   while (sqlite3_step(rows.get()) == SQLITE_ROW) {
     for (int i = 0; i < columns; ++i) {
-      Cell cell{sqlite3_column_type(rows.get(), i), sqlite3_column_int64(rows.get(), i), {}};
-      if (cell.type == SQLITE_TEXT)
-        cell.text = reinterpret_cast<const char*>(sqlite3_column_text(rows.get(), i));
-      cells_.push_back(std::move(cell));
+      Cell cell{sqlite3_column_type(rows.get(), i), sqlite3_column_int64(rows.get(), i)};
+      if (cell.type == SQLITE_TEXT) {
+        texts_ += reinterpret_cast<const char*>(sqlite3_column_text(rows.get(), i));
+        cell.value = static_cast<std::int64_t>(texts_.size());
+      }
+      cells_.push_back(cell);
     }
   }
 }
@@ -102,13 +104,15 @@ void TableCopy::InsertInto(const std::filesystem::path& newDatabase) const {
   Run(handle.get(), "begin");
   const Statement insert = Prepare(handle, "insert into \"" + table_ + "\" values (" + marks + ")");
   int parameter = 0;
+  std::int64_t begin = 0;
   for (const Cell& cell : cells_) {
     ++parameter;
     if (cell.type == SQLITE_TEXT) {
-      sqlite3_bind_text(insert.get(), parameter, cell.text.data(), static_cast<int>(cell.text.size()),
+      sqlite3_bind_text(insert.get(), parameter, texts_.data() + begin, static_cast<int>(cell.value - begin),
                         SQLITE_STATIC);
+      begin = cell.value;
     } else if (cell.type == SQLITE_INTEGER) {
-      sqlite3_bind_int64(insert.get(), parameter, cell.number);
+      sqlite3_bind_int64(insert.get(), parameter, cell.value);
     } else {
       sqlite3_bind_null(insert.get(), parameter);
     }

@@ -24,16 +24,17 @@ class TableCopy {
   std::int64_t Rows() const { return static_cast<std::int64_t>(cells_.size() / columns_.size()); }
 
  private:
+  /// A number, or a text by where it ends in `texts_`; it begins where the one before ends.
   struct Cell {
     int type = 0;  // of SQLite
-    std::int64_t number = 0;
-    std::string text;
+    std::int64_t value = 0;
   };
 
   std::string table_;
   std::string createStatement_;
   std::vector<std::string> columns_;
   std::vector<Cell> cells_;
+  std::string texts_;
 };
 
 }  // namespace korvel::benchmarks

@@ -1,5 +1,6 @@
 #include "measure.h"
 
+#include <fmt/format.h>
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -9,6 +10,10 @@
 #include <stdexcept>
 
 namespace korvel::benchmarks {
+namespace {
+constexpr int kRounds = 3;
+constexpr long kMemoryMark = 160;
+}  // namespace
 
 Seconds TimeOf(const std::function<void()>& work) {
   const auto start = std::chrono::steady_clock::now();
@@ -18,6 +23,28 @@ Seconds TimeOf(const std::function<void()>& work) {
 
 double Comparison::Ratio() const {
   return Median(ours) / Median(bare);
+}
+
+Comparison Compare(const std::function<void()>& ours, const std::function<void()>& bare,
+                   const std::function<void()>& prepare) {
+  Comparison times;
+  for (int round = 0; round < kRounds; ++round) {
+    times.bare.push_back(TimeOf(bare));
+    if (prepare) prepare();
+    times.ours.push_back(TimeOf(ours));
+  }
+  return times;
+}
+
+void Print(std::string_view what, double mark, const Comparison& times) {
+  fmt::print("{:<28} {:7.2f} s  bare {:7.2f} s  ratio {:.2f}  mark {:.1f}  {}\n", what,
+             Median(times.ours).count(), Median(times.bare).count(), times.Ratio(), mark,
+             times.Ratio() <= mark ? "met" : "MISSED");
+}
+
+void PrintMemory(long full, long tenth) {
+  fmt::print("{:<28} {:7} MB, of a tenth {} MB  mark {}  {}\n", "export, peak memory", full >> 20,
+             tenth >> 20, kMemoryMark, (full >> 20) <= kMemoryMark ? "met" : "MISSED");
 }
 
 long PeakMemoryOf(const std::vector<std::string>& command) {

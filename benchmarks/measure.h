@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace korvel::benchmarks {
@@ -20,6 +21,15 @@ struct Comparison {
   /// Median of ours over median of bare.
   double Ratio() const;
 };
+
+/// Runs both three times. `prepare` comes before each of ours and is not counted.
+Comparison Compare(const std::function<void()>& ours, const std::function<void()>& bare,
+                   const std::function<void()>& prepare = {});
+
+/// One line: both times, their ratio, and whether it keeps the mark.
+void Print(std::string_view what, double mark, const Comparison& times);
+/// One line: peak memory of the full size and of a tenth of it, in bytes.
+void PrintMemory(long full, long tenth);
 
 /// Peak resident memory of a program run to its end, in bytes; command[0] is its path. Throws when it fails.
 long PeakMemoryOf(const std::vector<std::string>& command);
