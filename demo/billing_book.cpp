@@ -10,6 +10,10 @@ namespace korvel::demo {
 
 namespace {
 
+constexpr std::string_view kMovItemColumns[] = {"Tipo",     "Numero",    "Ano",    "Data",
+                                                "Item",     "ItemDesc",  "Linha1", "Linha3",
+                                                "ValorInc", "ValorDesc", "IvaTab", "IvaTaxa"};
+
 constexpr std::int64_t kDaysOfCredit = 30;
 
 std::string DueDate(const SalesDocument& document) {
@@ -40,7 +44,7 @@ BillingBook::BillingBook(data::Connection& brevant)
       movProduto_(brevant, brevant::kMovProduto),
       logMovTerceiro_(brevant, brevant::kLogMovTerceiro),
       logMovProduto_(brevant, brevant::kLogMovProduto),
-      movItem_(brevant, brevant::kMovItem),
+      movItem_(brevant, brevant::kMovItem, kMovItemColumns),
       charges_(brevant, brevant::kImpostosMovProduto),
       orders_(brevant, brevant::kCliMovEnc),
       links_(brevant, brevant::kAtribui) {}
@@ -148,36 +152,10 @@ void BillingBook::AddCharge(const SalesDocument& document, const SoldLine& line)
 
 void BillingBook::AddFreeText(const SalesDocument& document) {
   const SoldLine& line = document.lines.front();
-  movItem_.Add({document.name.type,
-                document.name.number,
-                document.name.year,
-                document.made.DateText(),
-                document.item->code,
-                document.item->description,
-                "Conforme orçamento aceite,",
-                "",
-                "incluindo pessoal & transporte.",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                "",
-                FromCents(line.gross),
-                FromCents(line.discount),
-                line.Code(),
-                data::Currency::FromWhole(line.Percent())});
+  movItem_.Add({document.name.type, document.name.number, document.name.year, document.made.DateText(),
+                document.item->code, document.item->description, "Conforme orçamento aceite,",
+                "incluindo pessoal & transporte.", FromCents(line.gross), FromCents(line.discount),
+                line.Code(), data::Currency::FromWhole(line.Percent())});
   ++lines_;
 }
 

@@ -14,16 +14,41 @@ namespace korvel::demo {
 
 namespace {
 
+/// What a card says; the other columns stay NULL.
+constexpr std::string_view kCardColumns[] = {"Codigo",
+                                             "Descricao",
+                                             "Policia",
+                                             "Rua",
+                                             "Distrito",
+                                             "Morada",
+                                             "Local",
+                                             "CodPost",
+                                             "Pais",
+                                             "Contribuinte",
+                                             "Telefone",
+                                             "Email",
+                                             "Diversos",
+                                             "AutoFacturacao",
+                                             "Expedicao_Policia",
+                                             "Expedicao_Morada",
+                                             "Expedicao_CodPost",
+                                             "Expedicao_Pais",
+                                             "ContaContabil",
+                                             "ContaContabilB",
+                                             "ContaContabilSNC",
+                                             "ContaContabilBSNC"};
+
+/// A blank would come out as "Desconhecido", which is too long for a door in the audit file.
+constexpr std::string_view kNoDoor = "S/N";
+
 void AddCustomer(TableWriter& clientes, std::size_t index, const Taxpayer& who) {
   const std::string account = TaxpayerAccount(Kind::Customer, index);
   const std::string second = SecondAccount(index);
   const std::string country = toolkit::Upper(who.country);
-  const bool delivers = index % 2 == 0;  // others leave the place of delivery out
-  const auto there = [&](const std::string& text) {
-    return delivers ? data::Parameter(text) : data::Parameter("");
-  };
   const std::string address = AddressOf(who);
   const std::string code = index % 13 == 6 ? std::string(kNoPostalCode) : who.postalCode;
+  const bool delivers = index % 2 == 0;  // others leave the place of delivery out
+  const auto there = [&](std::string_view text) { return delivers ? text : std::string_view(); };
   clientes.Add({CustomerCard(index),
                 who.name,
                 who.doorNumber,
@@ -33,29 +58,19 @@ void AddCustomer(TableWriter& clientes, std::size_t index, const Taxpayer& who) 
                 who.town,
                 code,
                 country,
-                "",
-                "",
-                "",
-                there(address),
-                there(who.town),
-                there(code),
-                there(who.district),
-                there(country),
                 who.taxNumber,
                 who.telephone,
-                "",
                 who.mail,
-                "",
                 "0",
                 who.selfBilling,
+                delivers ? std::string_view(who.doorNumber) : kNoDoor,
+                there(address),
+                there(code),
+                there(country),
                 account,
                 second,
-                "",
-                "",
                 account,
-                second,
-                "",
-                ""});
+                second});
 }
 
 /// Careless typing leaves the tax number of general accounts in many forms; all mean the final consumer.
@@ -63,9 +78,28 @@ void AddGeneral(TableWriter& clientes, std::size_t branch) {
   constexpr std::string_view kTaxNumbers[] = {"", "999999990", "Diversos"};
   const std::string name = fmt::format("Clientes diversos - {}", kBranches[branch].name);
   const std::string_view account = account::kOccasionalCustomers;
-  clientes.Add(
-      {GeneralCard(branch), name, "", "", "", "",  "",    "",      "PT", "", "", "",      "", "", "", "", "",
-       kTaxNumbers[branch], "",   "", "", "", "1", false, account, "",   "", "", account, "", "", ""});
+  clientes.Add({GeneralCard(branch),
+                name,
+                kNoDoor,
+                "",
+                "",
+                "",
+                "",
+                "",
+                "PT",
+                kTaxNumbers[branch],
+                "",
+                "",
+                "1",
+                false,
+                kNoDoor,
+                "",
+                "",
+                "",
+                account,
+                "",
+                account,
+                ""});
 }
 
 void WritePostalCodes(data::Connection& brevant, const std::vector<Taxpayer>& customers,
@@ -94,7 +128,7 @@ std::string GeneralCard(std::size_t branch) {
 void WriteCustomers(data::Connection& brevant, const std::vector<Taxpayer>& customers,
                     const std::vector<Taxpayer>& persons) {
   WritePostalCodes(brevant, customers, persons);
-  TableWriter clientes(brevant, brevant::kClientes);
+  TableWriter clientes(brevant, brevant::kClientes, kCardColumns);
   for (std::size_t i = 0; i < customers.size(); ++i) AddCustomer(clientes, i, customers[i]);
   for (std::size_t i = 0; i < std::size(kBranches); ++i) AddGeneral(clientes, i);
   clientes.Finish();

@@ -2,6 +2,8 @@
 
 #include <initializer_list>
 #include <memory>
+#include <span>
+#include <string_view>
 
 #include "data/connection.h"
 #include "demo/source_schema.h"
@@ -14,7 +16,12 @@ class TableWriter {
   TableWriter(data::Connection& connection, const databases::TableDefinition& table)
       : batch_(connection.OpenBatch(table.name, ColumnNames(table))) {}
 
-  /// The values of all columns, in their order.
+  /// Some columns alone; the others stay NULL.
+  TableWriter(data::Connection& connection, const databases::TableDefinition& table,
+              std::span<const std::string_view> columns)
+      : batch_(connection.OpenBatch(table.name, columns)) {}
+
+  /// The values of the columns, in their order.
   void Add(std::initializer_list<data::Parameter> row) { batch_->Add({row.begin(), row.size()}); }
   void Finish() { batch_->Finish(); }
 
