@@ -124,7 +124,13 @@ const periods::StagedTable& ClientesTable() {
 
 std::optional<Grid> CalcularClientes(const session::Context& context, const BillingPeriod& period) {
   if (!periods::IsChosen(period.key)) return std::nullopt;
-  return session::Reported(context, std::optional<Grid>(), [&] { return ReadCustomers(context, period); });
+  // Assigned, not returned through: GCC 12 takes the empty one moved out of a failure for uninitialized.
+  std::optional<Grid> customers;
+  session::Reported(context, false, [&] {
+    customers = ReadCustomers(context, period);
+    return true;
+  });
+  return customers;
 }
 
 bool GravarClientes(const session::Context& context, const BillingPeriod& period, const Grid& clientes) {
