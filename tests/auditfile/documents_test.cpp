@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "staged_company.h"
 #include "support/schema_check.h"
 
@@ -12,9 +10,9 @@ namespace {
 using periods::Basis;
 using test::Cell;
 using test::CountOf;
+using test::DocumentOutline;
 using test::OneLine;
 using test::StagedCompany;
-using testing::ElementsAre;
 
 using Cells = std::initializer_list<Cell>;
 
@@ -24,29 +22,6 @@ std::string Between(std::string_view text, std::string_view from, std::string_vi
   if (begin == std::string_view::npos) return {};
   const auto end = text.find(to, begin);
   return std::string(text.substr(begin, end == std::string_view::npos ? end : end + to.size() - begin));
-}
-
-ExportOptions DocumentsAlone(const StagedCompany& company) {
-  ExportOptions options;
-  options.txtPastaExportacao = company.target.Path().string();
-  options.chkGESTSourceDocuments = true;
-  return options;
-}
-
-/// Documents and their lines: "FT 2010/1: 1 10 2; FT 2010/2: 1". What is between the tags of a line number and of a
-/// document number.
-std::string Outline(std::string_view file) {
-  std::string outline;
-  for (std::size_t at = file.find('<'); at != std::string_view::npos; at = file.find('<', at + 1)) {
-    const auto textOf = [&](std::string_view tag) {
-      return std::string(file.substr(at + tag.size(), file.find('<', at + 1) - at - tag.size()));
-    };
-    if (file.substr(at).starts_with("<InvoiceNo>")) {
-      outline += (outline.empty() ? "" : "; ") + textOf("<InvoiceNo>") + ":";
-    }
-    if (file.substr(at).starts_with("<LineNumber>")) outline += " " + textOf("<LineNumber>");
-  }
-  return outline;
 }
 
 const char* const kDocument = R"(
@@ -125,7 +100,7 @@ TEST(Documents, AFullDocumentByteForByte) {
                        {"SettlementAmount1", "9"},
                        {"SettlementDate", "2010-02-01"},
                        {"PaymentMechanism", "NU"}});
-  const std::string file = company.Exported(DocumentsAlone(company));
+  const std::string file = company.Exported(company.DocumentsAlone());
   EXPECT_EQ(Between(file, "<SourceDocuments>", "</AuditFile>"), OneLine(kDocument));
 }
 
@@ -212,13 +187,12 @@ TEST(Documents, ElementsByTheirRules) {
     company.Run(company.session.gBaseDados, "delete from TabSourceDocumentsGEST");
     company.AddDocument("FT 2010/1", "00001", each.cells);
     company.session.gCasasDec = each.decimals;
-    EXPECT_EQ(Between(company.Exported(DocumentsAlone(company)), each.from, each.to), each.expected);
+    EXPECT_EQ(Between(company.Exported(company.DocumentsAlone()), each.from, each.to), each.expected);
   }
 }
 
-TEST(Documents, AnIntegratedFileIsValidAndNamesTheTransactions) {
-  StagedCompany company;
-  company.AddHeader("I");
+/// What the documents of StagedCompany refer to.
+void StageMasters(StagedCompany& company) {
   company.Add("TabCustomerGEST", {{"CustomerID", "500100144"},
                                   {"AccountID", "211"},
                                   {"CustomerTaxID", "500100144"},
@@ -237,6 +211,12 @@ TEST(Documents, AnIntegratedFileIsValidAndNamesTheTransactions) {
                                  {"ProductGroup", "Pão"},
                                  {"ProductDescription", "Pão"},
                                  {"ProductNumberCode", "P1"}});
+}
+
+TEST(Documents, AnIntegratedFileIsValidAndNamesTheTransactions) {
+  StagedCompany company;
+  company.AddHeader("I");
+  StageMasters(company);
   company.AddLine("01", "2010-01-02 01 7", "1", "1");
   company.AddDocument("FT 2010/1", "00001",
                       {{"TransactionID", "2010-01-02 01 7"}, {"PaymentMechanism", "NU"}});
@@ -256,170 +236,53 @@ TEST(Documents, AnIntegratedFileIsValidAndNamesTheTransactions) {
   company.Run(company.session.gBaseDados, "Update TabHeader set TaxAccountingBasis='F'");
   const std::string billing = company.Exported(company.Options(Basis::Billing));
   EXPECT_EQ(CountOf(billing, "<TransactionID>"), 0u);
-  EXPECT_EQ(Outline(billing), "FT 2010/1: 1 2; NC 2010/1: 1");
+  EXPECT_EQ(DocumentOutline(billing), "FT 2010/1: 1 2; NC 2010/1: 1");
 }
 
-TEST(Documents, LinesStandInTheTextOrderOfTheirNumbers) {
-  StagedCompany company;
-  company.AddHeader("F");
-  for (const char* line : {"2", "10", "1", "2"}) company.AddDocument("FT 2010/1", line);
-  company.AddDocument("ft 2010/1 ", "3", {{"InvoiceDate", "2010-01-05"}, {"CustomerID", "second"}});
-  const std::string file = company.Exported(DocumentsAlone(company));
-  EXPECT_EQ(Outline(file), "FT 2010/1: 1 10 2 2 3");
-  EXPECT_EQ(CountOf(file, "second"), 0u) << "the first row gives the document's values";
-}
-
-TEST(Documents, NeighboursOfOneNumberMerge) {
-  StagedCompany company;
-  company.AddHeader("F");
-  company.AddDocument("A 2010/1", "1", {{"SalesInvoices", "1"}, {"CustomerID", "first"}});
-  company.AddDocument("A 2010/1", "2", {{"SalesInvoices", "1"}});
-  company.AddDocument("a 2010/1", "3", {{"SalesInvoices", "2"}, {"CustomerID", "merged"}});
-  company.AddDocument("B 2010/1", "4", {{"SalesInvoices", "2"}});
-  company.AddDocument("A 2010/1", "5", {{"SalesInvoices", "3"}, {"CustomerID", "apart"}});
-  const std::string file = company.Exported(DocumentsAlone(company));
-  EXPECT_EQ(Outline(file), "A 2010/1: 1 2; B 2010/1: 4; A 2010/1: 5");
-  EXPECT_EQ(CountOf(file, "<CustomerID>first<"), 1u);
-  EXPECT_EQ(CountOf(file, "merged"), 0u);
-  EXPECT_EQ(CountOf(file, "<CustomerID>apart<"), 1u);
-}
-
-// The documents' running key is the ledger's, so the first document can be lost. Each file starts anew.
-TEST(Documents, TheKeyGoesOnFromTheLedger) {
+// What the schema does not allow and the system's file has all the same.
+TEST(Documents, TheListedExceptionsAreTheSchemasOnlyFaults) {
   const struct {
-    std::string_view basis;
-    bool ledger, months;
-    std::string_view documents;
-  } cases[] = {{"I", true, false, "B: 1"},
-               {"I", true, true, "B: 1"},
-               {"I", false, false, "A1: 1; B: 1"},
-               {"F", true, false, "A1: 1; B: 1"}};
-  StagedCompany company;
-  company.AddHeader("I", {{"EndDate", "2010-02-28"}});
-  const Cells february{{"EndDate", "2010-02-28"}};
-  company.AddLine("01", "0", "1", "1", february);
-  for (const char* month : {"1", "2"}) company.AddLine("01", "a1 ", "1", month, february);
-  company.AddDocument("A1", "1", {{"Period", "1"}, {"EndDate", "2010-02-28"}});
-  company.AddDocument("B", "1", {{"Period", "1"}, {"EndDate", "2010-02-28"}});
-  company.AddDocument("A2", "1", {{"Period", "2"}, {"EndDate", "2010-02-28"}, {"SalesInvoices", "2"}});
-  for (const auto& [basis, ledger, months, documents] : cases) {
-    company.Run(company.session.gBaseDados,
-                "Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
-    ExportOptions options = DocumentsAlone(company);
-    options.chkPOCGeneralLedgerEntries = ledger;
-    options.chkPorMeses = months;
-    const ExportResult result =
-        ExportaSaft(company.Context(), options, {"2010", "2010-01-01", "2010-02-28"}, "", true);
-    ASSERT_TRUE(result.ok) << result.error;
-    std::string outline = Outline(test::ReadFile(result.files.front()));
-    if (months) outline += "; " + Outline(test::ReadFile(result.files.back()));
-    EXPECT_EQ(outline, std::string(documents) + "; A2: 1") << basis << ledger << months;
-  }
-}
-
-class MonthlyDocuments : public testing::Test {
- protected:
-  MonthlyDocuments() {
-    company.AddHeader("I", {{"EndDate", "2010-03-31"}});
-    for (const char* month : {"1", "3"}) AddDocument(("FT 2010/" + std::string(month)).c_str(), "1", month);
-    company.AddLine("01", "A", "1", "1", {{"EndDate", "2010-03-31"}});
-    company.AddLine("01", "B", "1", "2", {{"EndDate", "2010-03-31"}});
-  }
-
-  void AddDocument(const char* number, const char* line, const char* month) {
-    company.AddDocument(number, line, {{"Period", month}, {"EndDate", "2010-03-31"}});
-  }
-  /// The documents and how many transactions each month's file has.
-  std::vector<std::string> Files(bool billing, bool accounting) {
-    ExportOptions options = DocumentsAlone(company);
-    options.chkPOCGeneralLedgerEntries = options.chkPorMeses = true;
-    options.chkFacturacaoAcum = billing;
-    options.chkContabilAcum = accounting;
-    const ExportResult result =
-        ExportaSaft(company.Context(), options, {"2010", "2010-01-01", "2010-03-31"}, "", true);
-    EXPECT_TRUE(result.ok) << result.error;
-    std::vector<std::string> files;
-    for (const std::string& name : result.files) {
-      const std::string file = test::ReadFile(name);
-      files.push_back(Outline(file) + " +" + std::to_string(CountOf(file, "<Transaction>")));
-    }
-    return files;
-  }
-
-  StagedCompany company;
-};
-
-TEST_F(MonthlyDocuments, MonthsAndCumulativeMonthsOfBothSides) {
-  EXPECT_THAT(Files(false, false), ElementsAre("FT 2010/1: 1 +1", " +1", "FT 2010/3: 1 +0"));
-  EXPECT_THAT(Files(true, false),
-              ElementsAre("FT 2010/1: 1 +1", "FT 2010/1: 1 +1", "FT 2010/1: 1; FT 2010/3: 1 +0"));
-  EXPECT_THAT(Files(false, true), ElementsAre("FT 2010/1: 1 +1", " +2", "FT 2010/3: 1 +2"));
-}
-
-TEST_F(MonthlyDocuments, TheLinesOfADocumentComeFromAllMonths) {
-  AddDocument("FT 2010/1", "2", "2");
-  EXPECT_THAT(Files(false, false), ElementsAre("FT 2010/1: 1 2 +1", "FT 2010/1: 1 2 +1", "FT 2010/3: 1 +0"));
-}
-
-TEST_F(MonthlyDocuments, AMonthThatIsNoNumberEndsTheRun) {
-  AddDocument("FT 2010/4", "1", "Abril");
-  ExportOptions options = DocumentsAlone(company);
-  options.chkPorMeses = true;
-  EXPECT_FALSE(ExportaSaft(company.Context(), options, {"2010", "2010-01-01", "2010-03-31"}, "", true).ok);
-}
-
-TEST(Documents, ABlankTaxPayableIsRepairedInTheFirstRow) {
-  StagedCompany company;
-  company.AddHeader("F");
-  company.AddDocument("FT 2010/1", "2", {{"TaxPayable", "  "}});
-  company.AddDocument("FT 2010/1", "1", {{"TaxPayable", ""}});
-  company.AddDocument("FT 2010/2", "1", {{"TaxPayable", "2,5"}});
-  company.AddDocument("FT 2010/3", "1", {{"TaxPayable", nullptr}});
-  company.AddDocument("FT 2009/3", "1", {{"TaxPayable", ""}, {"FiscalYear", "2009"}});
-  EXPECT_EQ(CountOf(company.Exported(DocumentsAlone(company)), "<TaxPayable>0.00</TaxPayable>"), 2u);
-  EXPECT_THAT(company.Rows(company.session.gBaseDados,
-                           "Select TaxPayable from TabSourceDocumentsGEST order by NumRegisto"),
-              ElementsAre("0", "", "2,5", "0", ""));
-}
-
-TEST(Documents, ARepairThatFailsEndsTheRunBeforeTheFileStands) {
-  StagedCompany company;
-  company.AddHeader("F");
-  company.AddDocument("FT 2010/1", "1", {{"TaxPayable", ""}});
-  company.servers.observer = [](std::string_view statement) {
-    if (statement.starts_with("Update TabSourceDocumentsGEST")) {
-      throw data::Error(data::Failure::Permission, "no right to write");
-    }
+    Cells cells;
+    std::string_view fault;  // element and beginning of what is said of it
+  } cases[] = {
+      {{}, ""},
+      {{{"ShipTo_Country", "Desconhecido"}, {"ShipFrom_Country", "Desconhecido"}}, ""},
+      {{{"PaymentMechanism", "  "}}, ""},
+      {{{"CurrencyCode", "USD"}}, ""},
+      {{{"Hash", ""}}, "}Hash': [facet 'minLength']"},
+      {{{"HashControl", ""}}, "}HashControl': [facet 'minLength']"},
+      {{{"UnitOfMeasure", ""}}, "}UnitOfMeasure': [facet 'minLength']"},
+      {{{"InvoiceStatus", ""}}, "}InvoiceStatus': [facet 'enumeration']"},
+      {{{"SelfBillingIndicator", ""}}, "}SelfBillingIndicator': '' is not a valid value"},
+      {{{"TaxCountryRegion", ""}}, "}TaxCountryRegion': [facet 'pattern']"},
+      {{{"TaxCode", "NS"}}, "}TaxCode': [facet 'pattern']"},
+      {{{"PaymentMechanism", "XX"}}, "}PaymentMechanism': [facet 'enumeration']"},
+      {{{"InvoiceNo", "FT 2010/1A"}}, "}InvoiceNo': [facet 'pattern']"},
+      {{{"Period", "13"}}, "}Period': [facet 'maxInclusive']"},
+      {{{"ShipTo_Country", "DESCONHECIDO"}}, "}Country': [facet 'pattern']"},
+      {{{"DebitAmount", ""}, {"CreditAmount", ""}}, "}Tax': This element is not expected"},
+      {{{"DebitAmount", "1"}, {"CreditAmount", "1"}}, "}CreditAmount': This element is not expected"},
+      {{{"LineNumber", "0"}}, "}DocumentTotals': This element is not expected"},
+      {{{"CurrencyCode", "USD"}, {"CurrencyCreditAmount", "1"}, {"CurrencyDebitAmount", "1"}},
+       "}CurrencyDebitAmount': This element is not expected"},
+      {{{"CustomerID", "1"}}, "}Invoice': No match found for key-sequence ['1']"},
+      {{{"ProductCode", "P2"}}, "}Line': No match found for key-sequence ['P2']"},
   };
-  const ExportResult result = company.Export(DocumentsAlone(company));
-  EXPECT_EQ(result.error, "no right to write");
-  EXPECT_TRUE(std::filesystem::is_empty(company.target.Path()));
-}
-
-std::size_t StatementsOf(StagedCompany& company, const ExportOptions& options) {
-  company.statements.clear();
-  EXPECT_TRUE(company.Export(options).ok);
-  return company.statements.size();
-}
-
-TEST(Documents, StatementsDoNotGrowWithThem) {
+  const test::SchemaCheck schema;
   StagedCompany company;
   company.AddHeader("F");
-  const ExportOptions options = DocumentsAlone(company);
-  company.AddDocument("FT 2010/0", "1", {{"TaxPayable", ""}, {"Invoice", "1"}});
-  const std::size_t few = StatementsOf(company, options);
-  std::string more;
-  for (int i = 1; i <= 1200; ++i) {
-    const std::string n = std::to_string(i);
-    more +=
-        "Insert into TabSourceDocumentsGEST "
-        "(FiscalYear,StartDate,EndDate,SalesInvoices,Invoice,InvoiceNo,LineNumber,"
-        "TaxPayable) values ('2010','2010-01-01','2010-12-31','','" +
-        std::to_string(i % 2) + "','FT 2010/" + n + "','1','') ";
+  StageMasters(company);
+  for (const auto& [cells, fault] : cases) {
+    company.Run(company.session.gBaseDados, "delete from TabSourceDocumentsGEST");
+    company.AddDocument("FT 2010/1", "1", cells);
+    std::string faults;
+    for (const std::string& each : schema.Faults(company.Exported(company.Options(Basis::Billing)))) {
+      faults += each + "\n";
+    }
+    EXPECT_EQ(faults.empty(), fault.empty()) << faults;
+    EXPECT_EQ(CountOf(faults, fault.empty() ? "none" : fault), fault.empty() ? 0u : 1u) << fault << "\n"
+                                                                                        << faults;
   }
-  company.Run(company.session.gBaseDados, "begin tran " + more + " commit");
-  EXPECT_EQ(StatementsOf(company, options), few + 2) << "1200 repairs in three batches of 500";
-  EXPECT_EQ(StatementsOf(company, options), few - 1) << "nothing left to repair";
 }
 
 }  // namespace

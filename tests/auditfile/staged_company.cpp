@@ -147,6 +147,13 @@ auditfile::ExportOptions StagedCompany::Options(periods::Basis basis) const {
   return options;
 }
 
+auditfile::ExportOptions StagedCompany::DocumentsAlone() const {
+  auditfile::ExportOptions options;
+  options.txtPastaExportacao = target.Path().string();
+  options.chkGESTSourceDocuments = true;
+  return options;
+}
+
 auditfile::ExportResult StagedCompany::Export(const auditfile::ExportOptions& options) {
   return auditfile::ExportaSaft(Context(), options, period, "", true);
 }
@@ -167,6 +174,20 @@ std::string OneLine(std::string_view layout) {
     text += c;
   }
   return toolkit::ToCodePage(text).bytes;
+}
+
+std::string DocumentOutline(std::string_view file) {
+  std::string outline;
+  for (std::size_t at = file.find('<'); at != std::string_view::npos; at = file.find('<', at + 1)) {
+    const auto textOf = [&](std::string_view tag) {
+      return std::string(file.substr(at + tag.size(), file.find('<', at + 1) - at - tag.size()));
+    };
+    if (file.substr(at).starts_with("<InvoiceNo>")) {
+      outline += (outline.empty() ? "" : "; ") + textOf("<InvoiceNo>") + ":";
+    }
+    if (file.substr(at).starts_with("<LineNumber>")) outline += " " + textOf("<LineNumber>");
+  }
+  return outline;
 }
 
 std::size_t CountOf(std::string_view text, std::string_view part) {

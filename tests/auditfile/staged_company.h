@@ -33,6 +33,8 @@ class StagedCompany : public TestServer {
   void AddDocument(const char* number, const char* line, std::initializer_list<Cell> cells = {});
 
   auditfile::ExportOptions Options(periods::Basis basis = periods::Basis::Accounting) const;
+  /// Of `SourceDocuments` and nothing else, the header included.
+  auditfile::ExportOptions DocumentsAlone() const;
   auditfile::ExportResult Export(const auditfile::ExportOptions& options);
   /// Exports silently and gives the file's bytes; fails the test when the run does.
   std::string Exported(const auditfile::ExportOptions& options);
@@ -43,6 +45,8 @@ class StagedCompany : public TestServer {
 
 /// A text laid out over lines, without its line breaks and the blanks that begin a line, in the file's code page.
 std::string OneLine(std::string_view layout);
+/// The documents of a file and their lines, as their numbers show them: "FT 2010/1: 1 10 2; FT 2010/2: 1".
+std::string DocumentOutline(std::string_view file);
 /// How often a text stands in another.
 std::size_t CountOf(std::string_view text, std::string_view part);
 
