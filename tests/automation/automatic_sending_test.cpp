@@ -37,9 +37,9 @@ TEST(AutomaticSending, DatesThatAreDue) {
 /// The demonstration company, with a day on which January is due.
 class SendingCompany : public DemoCompany {
  public:
-  void Define(const SendingSettings& settings) {
+  void Define(const SendingSettings& wanted) {
     const auto company = Open(session.gBaseDados);
-    EXPECT_TRUE(GravarEnvioAutomatico(*company, settings));
+    EXPECT_TRUE(GravarEnvioAutomatico(*company, wanted));
   }
   SendingRun Execute() { return Execute(Year()); }
   SendingRun Execute(const WizardInput& input) {
