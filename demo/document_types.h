@@ -24,6 +24,7 @@ struct DocumentType {
   bool IsSale() const { return !classification.empty() && classification != "@@@"; }
   /// On which side of the customer's account a document stands.
   Side CustomerSide() const;
+  bool IsPaidAtOnce() const { return affectsCustomer.starts_with('S'); }
   bool IsCredit() const { return CustomerSide() == Side::Credit; }
 };
 

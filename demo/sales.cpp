@@ -25,8 +25,7 @@ void YearBook::Withdraw(const SalesDocument& document) {
 SalesDocument YearBook::GoodsFor(std::string_view classification, const Party& customer, std::int64_t lines) {
   SalesDocument document = desk_.Open(SeriesOf(classification, customer.branch), customer, Now());
   desk_.AddGoods(document, lines);
-  const std::string_view affects = document.type->affectsCustomer;
-  if (affects.starts_with('S')) document.paidBy = random_.Pick(kPayments);
+  if (document.type->IsPaidAtOnce()) document.paidBy = random_.Pick(kPayments);
   return document;
 }
 

@@ -10,9 +10,9 @@ namespace {
 
 constexpr std::int64_t kQuarter = data::Currency::kScale / 4;
 
-data::Currency QuantityOf(const Product& product, Random& random) {
-  return product.byWeight ? data::Currency::FromUnits(random.Between(1, 60) * kQuarter)
-                          : data::Currency::FromWhole(random.Between(1, 24));
+data::Currency QuantityOf(const Product& product, std::int64_t most, Random& random) {
+  return product.byWeight ? data::Currency::FromUnits(random.Between(1, 4 * most) * kQuarter)
+                          : data::Currency::FromWhole(random.Between(1, most));
 }
 
 void SetVat(SoldLine& line) {
@@ -41,11 +41,12 @@ SalesDocument SalesDesk::Open(const DocumentType& type, const Party& customer, c
 void SalesDesk::AddGoods(SalesDocument& document, std::int64_t lines) {
   constexpr Rate kRates[] = {Rate::Normal,  Rate::Normal,  Rate::Normal,       Rate::Reduced,
                              Rate::Reduced, Rate::Reduced, Rate::Intermediate, Rate::Exempt};
+  const std::int64_t most = document.type->IsPaidAtOnce() ? 3 : 18;
   const bool mixed = random_.Chance(15);
   Rate rate = random_.Pick(kRates);
   for (; lines > 0; --lines) {
     const Product& product = catalogue_.Pick(rate, random_);
-    AddLine(document, product, QuantityOf(product, random_));
+    AddLine(document, product, QuantityOf(product, most, random_));
     if (mixed) rate = random_.Pick(kRates);
   }
 }
