@@ -14,7 +14,8 @@ std::string CustomerCard(std::size_t index);
 /// Code of a branch's general account, for buyers who have none of their own.
 std::string GeneralCard(std::size_t branch);
 
-/// Writes `Clientes`, customers and general accounts, and `TabPostal` with the postal codes of all buyers. Throws data::Error.
+/// Writes `Clientes`, customers and general accounts, and `TabPostal` with the postal codes of all buyers.
+/// Throws data::Error.
 void WriteCustomers(data::Connection& brevant, const std::vector<Taxpayer>& customers,
                     const std::vector<Taxpayer>& persons);
 

@@ -46,7 +46,8 @@ void PrepareBrevant(data::Connection& brevant, const People& people, const Catal
   WriteCustomers(brevant, people.customers, people.buyers);
 }
 
-/// Documents day by day until the year has its lines, each month closed when its last day is over. The year is open.
+/// Documents day by day until the year has its lines, each month closed when its last day is over. The year
+/// is open.
 void WriteYear(YearBook& book, const Ledger& ledger, int year, std::int64_t lines,
                toolkit::ProgressScope& progress) {
   std::int64_t counted = ledger.Lines();
@@ -70,44 +71,48 @@ void WriteYear(YearBook& book, const Ledger& ledger, int year, std::int64_t line
   book.CloseYear();
 }
 
+/// The year before, then the year itself, of which the summary tells.
+void WriteYears(Ledger& ledger, BillingBook& billing, const People& people, const Catalogue& catalogue,
+                const BooksOptions& options, toolkit::Progress& progress, BooksSummary& summary) {
+  const std::int64_t linesBefore = options.lines / kShareOfYearBefore;
+  toolkit::ProgressScope scope(progress, "A gerar movimentos", options.lines + linesBefore);
+  YearBook before(ledger, billing, options.year - 1, people, catalogue);
+  before.OpenYear();
+  WriteYear(before, ledger, options.year - 1, linesBefore, scope);
+  summary.documents = -billing.Documents();
+  summary.documentLines = -billing.Lines();
+  YearBook book(ledger, billing, options.year, people, catalogue);
+  book.CarryForward();
+  WriteYear(book, ledger, options.year, options.lines, scope);
+  summary.documents += billing.Documents();
+  summary.documentLines += billing.Lines();
+  summary.entries = ledger.Entries();
+  summary.lines = ledger.Lines();
+  summary.totalDebit = FromCents(ledger.TotalDebit());
+}
+
 }  // namespace
 
 BooksSummary FillBooks(data::Connection& lunder, data::Connection& brevant, const BooksOptions& options,
                        toolkit::Progress& progress) {
   const People people = MakePeople(options.lines);
   const Catalogue catalogue(CountFor(options.lines, 1000, 20, 1000));
-  const std::int64_t linesBefore = options.lines / kShareOfYearBefore;
-  toolkit::ProgressScope scope(progress, "A gerar movimentos", options.lines + linesBefore);
+  BooksSummary summary;
+  summary.customers = static_cast<std::int64_t>(people.customers.size());
+  summary.suppliers = static_cast<std::int64_t>(people.suppliers.size());
+  summary.products = static_cast<std::int64_t>(catalogue.Products().size());
 
   data::Transaction accounts(lunder);
   data::Transaction bills(brevant);
-  BooksSummary summary;
   summary.accounts = PrepareLunder(lunder, people);
   PrepareBrevant(brevant, people, catalogue);
   Ledger ledger(lunder);
   BillingBook billing(brevant);
-
-  YearBook before(ledger, billing, options.year - 1, people, catalogue);
-  before.OpenYear();
-  WriteYear(before, ledger, options.year - 1, linesBefore, scope);
-  const std::int64_t documentsBefore = billing.Documents();
-  const std::int64_t documentLinesBefore = billing.Lines();
-  YearBook book(ledger, billing, options.year, people, catalogue);
-  book.CarryForward();
-  WriteYear(book, ledger, options.year, options.lines, scope);
-
+  WriteYears(ledger, billing, people, catalogue, options, progress, summary);
   ledger.Finish();
   billing.Finish();
   accounts.Commit();
   bills.Commit();
-  summary.customers = static_cast<std::int64_t>(people.customers.size());
-  summary.suppliers = static_cast<std::int64_t>(people.suppliers.size());
-  summary.products = static_cast<std::int64_t>(catalogue.Products().size());
-  summary.entries = ledger.Entries();
-  summary.lines = ledger.Lines();
-  summary.totalDebit = FromCents(ledger.TotalDebit());
-  summary.documents = billing.Documents() - documentsBefore;
-  summary.documentLines = billing.Lines() - documentLinesBefore;
   return summary;
 }
 

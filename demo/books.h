@@ -10,8 +10,8 @@ namespace korvel::demo {
 
 struct BooksOptions {
   int year = 2025;
-  /// About how many ledger lines the year has, and as many lines of sales documents; fewer than what every year has give
-  /// that alone. The year before comes on top, with a tenth.
+  /// About how many ledger lines the year has, and as many lines of sales documents; fewer than what every
+  /// year has give that alone. The year before comes on top, with a tenth.
   std::int64_t lines = 2000;
 };
 
@@ -28,10 +28,10 @@ struct BooksSummary {
   std::int64_t documentLines = 0;
 };
 
-/// Makes the tables of the accounting product and of the billing product in two empty databases and fills both with two
-/// years of the same business, in one transaction each. The same options give the same rows everywhere. Memory stays flat
-/// whatever the number of lines. Throws data::Error and toolkit::Cancelled; both databases are as before then, but for a
-/// failure of the very last step, the billing product's commit.
+/// Makes the tables of the accounting product and of the billing product in two empty databases and fills
+/// both with two years of the same business, in one transaction each. The same options give the same rows
+/// everywhere. Memory stays flat whatever the number of lines. Throws data::Error and toolkit::Cancelled;
+/// both databases are as before then, but for a failure of the very last step, the billing product's commit.
 BooksSummary FillBooks(data::Connection& lunder, data::Connection& brevant, const BooksOptions& options,
                        toolkit::Progress& progress);
 

@@ -65,7 +65,8 @@ class Catalogue {
   std::array<std::vector<std::size_t>, 4> byRate_;  // places of the goods of each rate
 };
 
-/// Writes `Produtos`, its groups, families, sub-families and situations, `TabItem` and `ImpostosConfig`. Throws data::Error.
+/// Writes `Produtos`, its groups, families, sub-families and situations, `TabItem` and `ImpostosConfig`.
+/// Throws data::Error.
 void WriteCatalogue(data::Connection& brevant, const Catalogue& catalogue);
 
 }  // namespace korvel::demo

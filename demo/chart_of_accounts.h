@@ -33,8 +33,9 @@ std::string TaxpayerAccount(Kind kind, std::size_t index);
 /// The other account that some customers have, "" for the rest.
 std::string SecondAccount(std::size_t customer);
 
-/// Writes `Contas`: classes, totals, movement accounts, and one account for every customer and supplier. Every 40th
-/// customer has a second account under the same tax number. Titles keep to the 50 characters of the staged chart. Returns how many were written. Throws data::Error.
+/// Writes `Contas`: classes, totals, movement accounts, and one account for every customer and supplier.
+/// Every 40th customer has a second account under the same tax number. Titles keep to the 50 characters of
+/// the staged chart. Returns how many were written. Throws data::Error.
 std::int64_t WriteChartOfAccounts(data::Connection& lunder, const std::vector<Taxpayer>& customers,
                                   const std::vector<Taxpayer>& suppliers);
 

@@ -114,8 +114,9 @@ bool SavePeriod(const Context& context, const Period& period) {
   return periods::GravarHeader(context, periods::HeaderMode::New, header);
 }
 
-/// A run of the wizard for a year or a month replaces the period of the same dates whatever its kind, and copies the last
-/// one of its own kind. So each kind has a quarter of the year before, which such runs leave alone.
+/// A run of the wizard for a year or a month replaces the period of the same dates whatever its kind, and
+/// copies the last one of its own kind. So each kind has a quarter of the year before, which such runs leave
+/// alone.
 bool SavePeriods(const Context& context, int year) {
   const Period periods[] = {{"C", year - 1, "04-01", "06-30"},
                             {"F", year - 1, "07-01", "09-30"},

@@ -8,8 +8,8 @@
 
 namespace korvel::demo {
 
-/// A document type of the billing product: a series of documents of its own. Codes have three characters, so that a
-/// ledger entry's number can be taken apart into the document's number and type.
+/// A document type of the billing product: a series of documents of its own. Codes have three characters, so
+/// that a ledger entry's number can be taken apart into the document's number and type.
 struct DocumentType {
   std::string_view code;
   std::string_view description;

@@ -42,8 +42,8 @@ struct Entry {
   std::vector<Line> lines;
 };
 
-/// Writes entries to `MovDiario` and knows the balance of every account since the year's start. Memory grows with the accounts
-/// used, not with the lines written.
+/// Writes entries to `MovDiario` and knows the balance of every account since the year's start. Memory grows
+/// with the accounts used, not with the lines written.
 class Ledger {
  public:
   explicit Ledger(data::Connection& lunder);

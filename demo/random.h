@@ -5,8 +5,8 @@
 
 namespace korvel::demo {
 
-/// A small generator of pseudo-random numbers, the same on every machine for the same seed: the demonstration data
-/// come out alike wherever they are made, which the standard library's distributions do not promise.
+/// A small generator of pseudo-random numbers, the same on every machine for the same seed: the demonstration
+/// data come out alike wherever they are made, which the standard library's distributions do not promise.
 class Random {
  public:
   explicit Random(std::uint64_t seed) : state_(seed) {}

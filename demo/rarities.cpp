@@ -90,7 +90,8 @@ void YearBook::CopyOfOtherSystem() {
   Issue(document);
 }
 
-/// A number whose document was removed, then one that no document ever bore, both between documents of one series.
+/// A number whose document was removed, then one that no document ever bore, both between documents of one
+/// series.
 void YearBook::RemovedSale() {
   Issue(GoodsFor("FT", Customer(kPlain), 1));
   Withdraw(GoodsFor("FT", Customer(kPlain), 2));

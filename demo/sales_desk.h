@@ -12,7 +12,8 @@
 
 namespace korvel::demo {
 
-/// Draws up the sales documents of one year: numbers them by type, puts goods on them and remembers what a customer bought last.
+/// Draws up the sales documents of one year: numbers them by type, puts goods on them and remembers what a
+/// customer bought last.
 class SalesDesk {
  public:
   /// The catalogue and the generator must outlive it.

@@ -15,7 +15,8 @@
 
 namespace korvel::demo {
 
-/// Whom the company deals with: a customer's or supplier's own account, or a general one and who stands behind it.
+/// Whom the company deals with: a customer's or supplier's own account, or a general one and who stands
+/// behind it.
 struct Party {
   std::string card;     // code in the billing product; blank for suppliers
   std::string account;  // in the chart of accounts

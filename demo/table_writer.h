@@ -10,7 +10,8 @@
 
 namespace korvel::demo {
 
-/// Sends rows to one table, in batches. Belongs inside a transaction; rows count as written after Finish alone.
+/// Sends rows to one table, in batches. Belongs inside a transaction; rows count as written after Finish
+/// alone.
 class TableWriter {
  public:
   TableWriter(data::Connection& connection, const databases::TableDefinition& table)

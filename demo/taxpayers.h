@@ -9,7 +9,8 @@
 
 namespace korvel::demo {
 
-/// A customer or supplier. Texts fit the columns of `Contas`, and the name the 50 characters of the staged chart.
+/// A customer or supplier. Texts fit the columns of `Contas`, and the name the 50 characters of the staged
+/// chart.
 struct Taxpayer {
   std::string taxNumber;
   std::string country;  // of two letters; blank where the books leave it out
@@ -38,11 +39,12 @@ std::string AddressOf(const Taxpayer& who);
 enum class Kind { Customer, Supplier };
 
 /// `count` taxpayers with different tax numbers; mostly companies of all parts of the country, some from
-/// abroad, and some customers bill themselves. Some suppliers have no country, which the extraction takes for Portugal.
+/// abroad, and some customers bill themselves. Some suppliers have no country, which the extraction takes for
+/// Portugal.
 std::vector<Taxpayer> MakeTaxpayers(Kind kind, std::int64_t count, Random& random);
 
-/// Persons who buy or sell now and then, under tax numbers of persons, which no company has. Some are from `country`. The first
-/// customer is the final consumer, whom nobody knows.
+/// Persons who buy or sell now and then, under tax numbers of persons, which no company has. Some are from
+/// `country`. The first customer is the final consumer, whom nobody knows.
 std::vector<Taxpayer> MakePersons(Kind kind, std::string_view country);
 
 }  // namespace korvel::demo

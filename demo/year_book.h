@@ -23,9 +23,9 @@ struct People {
   std::vector<Taxpayer> sellers;  // without a supplier's
 };
 
-/// The business of one year: opening balances, documents day by day, wages and VAT at each month's end, transfers, results
-/// and closing at the year's end. Each piece of business is told twice, by an entry of the ledger and, where the billing
-/// product knows it, by a document there.
+/// The business of one year: opening balances, documents day by day, wages and VAT at each month's end,
+/// transfers, results and closing at the year's end. Each piece of business is told twice, by an entry of the
+/// ledger and, where the billing product knows it, by a document there.
 class YearBook {
  public:
   /// The people, the catalogue and the books must outlive it.
@@ -60,7 +60,8 @@ class YearBook {
   void LinkCredit(const SalesDocument& credit, const DocumentName& credited);
 
   // Rare sales (rarities.cpp).
-  /// This month's share of what is rare: over the year every kind of document and every oddity comes at least once.
+  /// This month's share of what is rare: over the year every kind of document and every oddity comes at least
+  /// once.
   void PostRarities(int month);
   void SaleAbroad();
   void SelfBilledSale();
@@ -92,6 +93,7 @@ class YearBook {
   Cents Settle(const Party& party, Side partySide, std::string_view prefix, std::string_view word);
 
   // Month and year ends (year_end.cpp).
+  Cents MonthlyWages();
   void PostWages();
   void PayVat();
   void TransferVat();
