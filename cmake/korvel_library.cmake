@@ -3,7 +3,7 @@
 
 add_library(korvel_warnings INTERFACE)
 target_compile_options(korvel_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wsuggest-override -Werror
   # GCC 12 sees overlapping and endless copies in the library's own string operator+ (GCC bug 105651).
   "$<$<CXX_COMPILER_ID:GNU>:-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread;-Wno-array-bounds>")
 
