@@ -67,7 +67,10 @@ void BillingBook::AddLines(const SalesDocument& document) {
 
 void BillingBook::AddRemoved(const SalesDocument& document) {
   AddRemovedHeader(document);
-  for (const SoldLine& line : document.lines) AddLine(logMovProduto_, document, line);
+  for (const SoldLine& line : document.lines) {
+    AddLine(logMovProduto_, document, line);
+    if (line.charge) AddCharge(document, line);  // the charges have no log: they stay
+  }
 }
 
 void BillingBook::AddHeader(const SalesDocument& document) {

@@ -94,7 +94,9 @@ void YearBook::CopyOfOtherSystem() {
 /// series.
 void YearBook::RemovedSale() {
   Issue(GoodsFor("FT", Customer(kPlain), 1));
-  Withdraw(GoodsFor("FT", Customer(kPlain), 2));
+  SalesDocument removed = GoodsFor("FT", Customer(kPlain), 2);
+  desk_.Charge(removed.lines.front(), kPackagingCharge);
+  Withdraw(removed);
   desk_.SkipNumber(SeriesOf("FT", kHeadOffice));
   Issue(GoodsFor("FT", Customer(kPlain), 1));
 }

@@ -56,8 +56,13 @@ TEST_F(BillingBooks, TotalsAgreeWithLines) {
   std::map<std::string, Amounts> totals;
   std::map<std::string, Amounts> lines;
   AddUp(*books_, fmt::format("select Tipo,Ano,Numero,Valor,Desconto,IVA{}", kSales), totals);
-  AddUp(*books_, "select Tipo,Ano,Numero,ValorIliq,TotalDesconto,ValorIVA from MovProduto where Tipo<>'ORC'",
-        lines);
+  AddUp(*books_, "select Tipo,Ano,Numero,ValorIliq,Desconto,IVA from LOG_MovTerceiro", totals);
+  for (const char* table : {"MovProduto", "LOG_MovProduto"}) {
+    AddUp(*books_,
+          fmt::format("select Tipo,Ano,Numero,ValorIliq,TotalDesconto,ValorIVA from {} where Tipo<>'ORC'",
+                      table),
+          lines);
+  }
   AddUp(*books_, "select Tipo,Ano,Numero,Imposto,0,ValorIva from ImpostosMovProduto", lines);
   // What has no lines has its amounts in the header alone; the tax of a free text is that of the header too.
   AddUp(*books_,
