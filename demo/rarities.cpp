@@ -176,7 +176,8 @@ void YearBook::PostRarities(int month) {
       &YearBook::Quotation};
   constexpr std::size_t kMonths = 12;
   for (std::size_t i = static_cast<std::size_t>(month - 1); i < std::size(kRarities); i += kMonths) {
-    (this->*kRarities[i])();
+    const Business rarity = kRarities[i];
+    (this->*rarity)();
   }
 }
 
