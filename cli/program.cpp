@@ -18,7 +18,7 @@ namespace korvel::cli {
 namespace {
 
 constexpr std::string_view kSummary =
-    "korvelctl - ficheiro de auditoria SAF-T (PT) a partir da contabilidade Lunder";
+    "korvelctl - ficheiro de auditoria SAF-T (PT) a partir do Brevant e do Lunder";
 constexpr std::string_view kFooter =
     "Ajuda de um comando: korvelctl COMANDO --ajuda\n"
     "Estado à saída: 0 feito, 1 recusado ou falhado, 2 linha de comando errada.\n"

@@ -70,6 +70,17 @@ TEST_F(EmbeddedErrors, CarryTheServersNumbers) {
                });
 }
 
+TEST_F(EmbeddedErrors, AViewTellsOfItsMissingTable) {
+  connection->Execute("drop table T");
+  try {
+    connection->Query("select * from V");
+    FAIL() << "the view was read";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Kind(), Failure::NoTable);
+    EXPECT_NE(std::string_view(error.what()).find("'T'"), std::string_view::npos) << error.what();
+  }
+}
+
 TEST_F(EmbeddedErrors, RefusesTextsItDoesNotUnderstandBeforeAnythingRuns) {
   for (const std::string_view text : {"delete * from T",
                                       "select",

@@ -13,6 +13,9 @@ namespace {
 
 constexpr int kProgressSteps = 50'000;
 
+/// How the engine words a view's table that has gone: names in statements are checked before they reach it.
+constexpr std::string_view kMissingTable = "no such table: main.";
+
 /// A commit is on the disk before it is reported: the program must not lose data. The page cache and the sorters
 /// together stay within the memory that a desktop program may take.
 constexpr const char* kPragmas =
@@ -180,6 +183,10 @@ Error Store::Translate(int result) {
     case SQLITE_ERROR:
       if (words == "integer overflow") {
         return Failed(Code::ArithmeticOverflow, "Erro de excesso aritmético numa soma");
+      }
+      if (words.starts_with(kMissingTable)) {
+        return Failed(Code::NoTable,
+                      fmt::format("Nome de objecto inválido: '{}'", words.substr(kMissingTable.size())));
       }
       [[fallthrough]];
     default:
