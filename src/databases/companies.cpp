@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "data/sql_text.h"
 #include "databases/config_schema.h"
 #include "databases/sql_admin.h"
 #include "session/connections.h"
@@ -13,7 +12,6 @@ namespace korvel::databases {
 
 namespace {
 
-using data::Quoted;
 using toolkit::Icon;
 
 constexpr int kCodeLength = 4;
