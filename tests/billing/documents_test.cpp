@@ -281,6 +281,31 @@ TEST_F(Documents, StatementsDoNotGrowWithDocuments) {
   EXPECT_LE(sent(), few);
 }
 
+TEST_F(Documents, ASourceInUseIsReadAllTheSame) {
+  AddDocument({});
+  AddLine({});
+  AddLine({{"Codigo", "P2"}});
+  const data::StatementObserver record = server.servers.observer;
+  std::size_t moment = 0;
+  for (bool met = true; met; moment += 3) {
+    // Somebody sells just before the statement of that number.
+    const std::string numero = std::to_string(10000001 + moment);
+    std::size_t sent = 0;
+    server.servers.observer = [&](std::string_view) {
+      if (sent++ != moment) return;
+      AddDocument({{"Numero", numero}});
+      AddLine({{"Numero", numero}});
+    };
+    ASSERT_TRUE(Run()) << LastText();
+    met = sent > moment;
+    const auto rows = Staged("InvoiceNo");
+    EXPECT_EQ(std::ranges::count(rows, "FT1 2011/00000001"), 2) << moment;
+    EXPECT_GE(rows.size(), 2 + moment / 3) << "what was sold before has gone";
+  }
+  server.servers.observer = record;
+  EXPECT_GT(moment, 20U) << "the run sent few statements";
+}
+
 TEST_F(Documents, WithoutALocationNothingHappens) {
   AddDocument({});
   Company("update ParamGeral set DBase_Brevant=''");
