@@ -61,6 +61,11 @@ bool TerminalDialogs::ConfirmDeletion(std::string_view, std::string_view text) {
   return false;
 }
 
+std::optional<toolkit::Credentials> TerminalDialogs::AskLogin(std::string_view caption, std::string_view) {
+  Say(caption);
+  return std::nullopt;
+}
+
 void TerminalDialogs::SayReason(std::string_view text) {
   if (!text.empty() && text != lastSaid_) Say(text);
 }

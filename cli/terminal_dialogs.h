@@ -18,6 +18,8 @@ class TerminalDialogs final : public toolkit::Dialogs {
   std::size_t Ask(std::string_view text, std::span<const std::string_view> buttons) override;
   std::size_t Alert(std::string_view caption, std::span<const std::string_view> buttons) override;
   bool ConfirmDeletion(std::string_view title, std::string_view text) override;
+  /// Nobody sits at the terminal to log in once more: gives nothing.
+  std::optional<toolkit::Credentials> AskLogin(std::string_view caption, std::string_view login) override;
   void Focus(std::string_view field) override { focused_ = field; }
 
   /// Says why a run failed, unless that was the last thing said.

@@ -19,6 +19,11 @@ std::int64_t Connection::Execute(std::string_view sql, Parameters parameters) {
   return DoExecute(sql, parameters);
 }
 
+std::int64_t Connection::Call(std::string_view procedure, std::span<ProcedureArgument> arguments) {
+  RequireIdle();
+  return DoCall(procedure, arguments);
+}
+
 std::unique_ptr<BatchInsert> Connection::OpenBatch(std::string_view table,
                                                    std::span<const std::string_view> columns) {
   RequireIdle();

@@ -28,6 +28,13 @@ class BatchInsert {
   virtual void Finish() = 0;
 };
 
+/// An argument of a stored procedure, in the procedure's own order. An output argument comes back changed; its value
+/// beforehand decides its type (a text stands for varchar(8000)).
+struct ProcedureArgument {
+  Value value;
+  bool output = false;
+};
+
 /// What a connection tells of its traffic.
 using StatementObserver = std::function<void(std::string_view statement)>;
 
@@ -52,6 +59,9 @@ class Connection {
   std::int64_t Execute(std::string_view sql, std::initializer_list<Parameter> parameters) {
     return Execute(sql, Parameters(parameters.begin(), parameters.size()));
   }
+  /// Runs a stored procedure and gives its result ("RETURN_VALUE"); rows that it brings are left out. `procedure` is a
+  /// name, not text from users.
+  std::int64_t Call(std::string_view procedure, std::span<ProcedureArgument> arguments);
   /// `table` and `columns` are names, not text from users. The batch must not outlive the connection.
   std::unique_ptr<BatchInsert> OpenBatch(std::string_view table, std::span<const std::string_view> columns);
 
@@ -75,6 +85,7 @@ class Connection {
 
   virtual std::unique_ptr<Cursor> DoQuery(std::string_view sql, Parameters parameters) = 0;
   virtual std::int64_t DoExecute(std::string_view sql, Parameters parameters) = 0;
+  virtual std::int64_t DoCall(std::string_view procedure, std::span<ProcedureArgument> arguments) = 0;
   virtual std::unique_ptr<BatchInsert> DoOpenBatch(std::string_view table,
                                                    std::span<const std::string_view> columns) = 0;
   virtual void DoBegin() = 0;

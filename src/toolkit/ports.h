@@ -13,6 +13,12 @@ namespace korvel::toolkit {
 
 enum class Icon { None, Information, Warning, Critical };
 
+/// A login as a user typed it.
+struct Credentials {
+  std::string login;
+  std::string password;
+};
+
 /// Every box that the system shows goes through here. Texts are UTF-8, lines apart by "\n".
 class Dialogs {
  public:
@@ -26,6 +32,8 @@ class Dialogs {
   virtual std::size_t Alert(std::string_view caption, std::span<const std::string_view> buttons) = 0;
   /// `WEliminar`: the confirmation before a deletion.
   virtual bool ConfirmDeletion(std::string_view title, std::string_view text) = 0;
+  /// Asks for a login and its password, with `login` proposed; nothing when the user gave up.
+  virtual std::optional<Credentials> AskLogin(std::string_view caption, std::string_view login) = 0;
   /// Puts the cursor in a field, named as the system names its control or column.
   virtual void Focus(std::string_view field) = 0;
 };

@@ -47,6 +47,9 @@ class ScriptedDialogs final : public toolkit::Dialogs {
     deletions.push_back({toolkit::Icon::None, std::string(title), std::string(text)});
     return NextAnswer(confirmations, text);
   }
+  std::optional<toolkit::Credentials> AskLogin(std::string_view, std::string_view) override {
+    return NextAnswer(logins, "login");
+  }
   void Focus(std::string_view field) override { focuses.emplace_back(field); }
 
   /// The texts of all boxes, in the order shown.
@@ -70,6 +73,7 @@ class ScriptedDialogs final : public toolkit::Dialogs {
 
   std::deque<std::size_t> answers;  // of Ask and Alert: the index of the button
   std::deque<bool> confirmations;   // of ConfirmDeletion
+  std::deque<std::optional<toolkit::Credentials>> logins;  // of AskLogin
   std::vector<Box> messages;
   std::vector<Question> questions;
   std::vector<Question> alerts;

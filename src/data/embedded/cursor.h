@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "data/embedded/session.h"
+#include "data/embedded/execution.h"
 #include "data/recordset.h"
 
 struct sqlite3_stmt;

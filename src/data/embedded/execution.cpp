@@ -1,9 +1,10 @@
+#include "data/embedded/execution.h"
+
 #include <fmt/format.h>
 
 #include "data/embedded/errors.h"
 #include "data/embedded/procedures.h"
 #include "data/embedded/schema_writer.h"
-#include "data/embedded/session.h"
 
 namespace korvel::data::embedded {
 namespace {
@@ -25,6 +26,23 @@ template <typename... Handlers>
 Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 }  // namespace
+
+KeptParameters::KeptParameters(Parameters parameters) {
+  values_.reserve(parameters.size());
+  for (const Parameter& parameter : parameters) {
+    values_.push_back(std::visit(
+        [](const auto& held) {
+          if constexpr (std::is_same_v<std::decay_t<decltype(held)>, std::string_view>) {
+            return Value(std::string(held));
+          } else {
+            return Value(held);
+          }
+        },
+        static_cast<const Parameter::variant&>(parameter)));
+    views_.emplace_back(values_.back());
+    types_.push_back(ParameterType(parameter));
+  }
+}
 
 Execution::Execution(std::shared_ptr<Session> session, std::string_view sql, Parameters parameters)
     : session_(std::move(session)), parameters_(parameters), key_(KeyOf(sql, parameters_.Types())) {
@@ -69,6 +87,7 @@ bool Execution::Step() {
 bool Execution::NextStatement() {
   FinishRows();
   changed_ = 0;
+  if (OpenPending()) return true;
   if (kept_) return next_++ == 0 && RunKept();
   if (next_ >= batch_.statements.size()) return false;
   database_ = session_->Current();
@@ -142,9 +161,15 @@ void Execution::RunWrite(std::shared_ptr<Ready> ready) {
 void Execution::RunCall(const Call& call) {
   const Surroundings around = session_->Around();
   const ServerView view{session_->Host(), around.database, *around.catalogue};
-  if (const auto rows = RunProcedure(call, view, parameters_.View())) {
-    OpenRows(session_->Prepare(TranslateRows(*rows), ""));
-  }
+  pending_ = RunProcedure(call, *session_, view, parameters_.View());
+  nextPending_ = 0;
+  OpenPending();
+}
+
+bool Execution::OpenPending() {
+  if (nextPending_ == pending_.size()) return false;
+  OpenRows(session_->Prepare(TranslateRows(pending_[nextPending_++]), ""));
+  return true;
 }
 
 void Execution::RunSchema(const Statement& statement) {

@@ -3,7 +3,7 @@
 #include "data/embedded/batch_insert.h"
 #include "data/embedded/cursor.h"
 #include "data/embedded/errors.h"
-#include "data/embedded/session.h"
+#include "data/embedded/execution.h"
 
 namespace korvel::data {
 namespace {
@@ -30,6 +30,10 @@ class EmbeddedConnection : public Connection {
     std::int64_t changed = 0;
     while (execution->NextStatement()) changed = execution->Changed();
     return changed;
+  }
+
+  std::int64_t DoCall(std::string_view procedure, std::span<ProcedureArgument>) override {
+    throw Error(Failure::Statement, "O procedimento " + std::string(procedure) + " não pode ser chamado");
   }
 
   std::unique_ptr<BatchInsert> DoOpenBatch(std::string_view table,

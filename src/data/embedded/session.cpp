@@ -100,21 +100,4 @@ std::shared_ptr<Ready> Session::Prepare(Translation translation, const std::stri
   return ready;
 }
 
-KeptParameters::KeptParameters(Parameters parameters) {
-  values_.reserve(parameters.size());
-  for (const Parameter& parameter : parameters) {
-    values_.push_back(std::visit(
-        [](const auto& held) {
-          if constexpr (std::is_same_v<std::decay_t<decltype(held)>, std::string_view>) {
-            return Value(std::string(held));
-          } else {
-            return Value(held);
-          }
-        },
-        static_cast<const Parameter::variant&>(parameter)));
-    views_.emplace_back(values_.back());
-    types_.push_back(ParameterType(parameter));
-  }
-}
-
 }  // namespace korvel::data::embedded

@@ -38,6 +38,10 @@ class OdbcConnection final : public Connection {
     return changed;
   }
 
+  std::int64_t DoCall(std::string_view procedure, std::span<ProcedureArgument>) override {
+    throw Error(Failure::Statement, "O procedimento " + std::string(procedure) + " não pode ser chamado");
+  }
+
   std::unique_ptr<BatchInsert> DoOpenBatch(std::string_view table,
                                            std::span<const std::string_view> columns) override {
     return std::make_unique<LiteralBatch>(*this, table, columns);

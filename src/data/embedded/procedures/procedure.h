@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/embedded/rows.h"
+#include "data/embedded/session.h"
+#include "data/embedded/system_tables.h"
+#include "data/embedded/text_functions.h"
+
+/// The procedures that the server brings with it. To grow: a line in the table of the file that it belongs to.
+namespace korvel::data::embedded {
+
+constexpr std::size_t kMostArguments = 6;
+
+/// Arguments by the procedure's own parameters; what was not given or is NULL is nothing.
+using Arguments = std::array<std::optional<std::string>, kMostArguments>;
+
+/// Where and with what a procedure runs.
+struct Site {
+  Session& session;
+  const ServerView& view;
+  const Arguments& arguments;
+
+  /// Whether a name passes an argument that may hold wildcards.
+  bool Passes(std::size_t argument, std::string_view name) const {
+    return !arguments[argument] || Like(name, *arguments[argument], 0);
+  }
+};
+
+/// Row sets in their order; none for a procedure that brings no rows.
+using RowTables = std::vector<RowTable>;
+
+struct Procedure {
+  std::string_view name;
+  std::array<std::string_view, kMostArguments> parameters;  // with their "@", in lower case
+  std::size_t required;                                     // how many of the first ones must be given
+  RowTables (*body)(const Site&);
+};
+
+/// sp_tables, sp_columns, sp_indexes: what the current database holds.
+std::span<const Procedure> CatalogueProcedures();
+/// xp_msver, sp_dbcmptlevel, sp_configure: the server and its settings.
+std::span<const Procedure> ServerProcedures();
+
+}  // namespace korvel::data::embedded

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "session/connections.h"
+
+namespace korvel::databases {
+
+/// Writes the one backup file of a database, over the earlier one: "Back<database>.dat" in the folder "backup" beside
+/// that of the server's data, through a device of the same name. False with the error outputs set.
+bool BackUpDatabase(const session::Context& context, std::string_view database);
+
+/// Puts a database back from its device, or from "Back<database>.dat" in `folder` when that is not blank, and says so. All
+/// other users must be out. False with the error outputs set.
+bool RestoreSQLDatabase(const session::Context& context, std::string_view database,
+                        std::string_view folder = {});
+
+/// Checks counts, indexes and statistics of all tables of a database. Shows the tables whose indexes could not be
+/// rebuilt, if any. False when the database did not open, which was shown.
+bool VerificaBaseDados(const session::Context& context, const std::string& database);
+
+}  // namespace korvel::databases
