@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
   g++ cmake ninja-build pkg-config ccache
-  libsqlite3-dev unixodbc-dev tdsodbc libfmt-dev libcli11-dev libsimpleini-dev
+  libsqlite3-dev libsodium-dev nettle-dev unixodbc-dev tdsodbc libfmt-dev libcli11-dev libsimpleini-dev
 )
 if [[ ${1:-} == --tests ]]; then
   packages+=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-dev libsqliteodbc clang-format-14 clang-tidy-14)
