@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <functional>
 #include <iosfwd>
+#include <optional>
+#include <string>
 
 #include "toolkit/ports.h"
 
@@ -17,6 +19,10 @@ struct CommandEnvironment {
   toolkit::Settings& settings;
   const toolkit::Clock& clock;
   std::function<bool()> interrupted;  // true once the user wants long work to end; may be empty
+  /// A variable of the process, nothing when it is not set; may be empty.
+  std::function<std::optional<std::string>(const std::string& name)> variable;
+  /// Asks for a line that is not shown while it is typed, nothing at its end; empty where nobody can answer.
+  std::function<std::optional<std::string>(const std::string& caption)> askSecret;
 };
 
 }  // namespace korvel::cli

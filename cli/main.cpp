@@ -1,4 +1,5 @@
 #include <signal.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -6,6 +7,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -27,9 +29,42 @@ void WatchInterruptions() {
   sigaction(SIGTERM, &action, nullptr);
 }
 
-std::string Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
+std::optional<std::string> FindVariable(const std::string& name) {
+  const char* value = std::getenv(name.c_str());
+  return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
+std::string Variable(const std::string& name) {
+  return FindVariable(name).value_or(std::string());
+}
+
+/// Turns the terminal's echo off for the length of a scope.
+class Unseen {
+ public:
+  Unseen() {
+    tcgetattr(STDIN_FILENO, &before_);
+    termios silent = before_;
+    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+  }
+  ~Unseen() { tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_); }
+  Unseen(const Unseen&) = delete;
+  Unseen& operator=(const Unseen&) = delete;
+
+ private:
+  termios before_{};
+};
+
+std::optional<std::string> AskSecret(const std::string& caption) {
+  std::cerr << caption << std::flush;
+  std::string line;
+  bool read = false;
+  {
+    const Unseen unseen;
+    read = static_cast<bool>(std::getline(std::cin, line));
+  }
+  std::cerr << '\n';
+  return read ? std::optional(line) : std::nullopt;
 }
 
 /// KORVEL_DADOS, or the user's data folder.
@@ -46,13 +81,17 @@ std::filesystem::path ServersFolder() {
 int Run(const std::vector<std::string>& arguments) {
   const korvel::toolkit::SystemClock clock;
   korvel::toolkit::SettingsFile settings(korvel::toolkit::DefaultSettingsPath());
-  const korvel::cli::CommandEnvironment environment{.out = std::cout,
-                                                    .err = std::cerr,
-                                                    .errIsTerminal = isatty(STDERR_FILENO) == 1,
-                                                    .serversFolder = ServersFolder(),
-                                                    .settings = settings,
-                                                    .clock = clock,
-                                                    .interrupted = [] { return interruptions != 0; }};
+  const bool hasTerminal = isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
+  korvel::cli::CommandEnvironment environment{.out = std::cout,
+                                              .err = std::cerr,
+                                              .errIsTerminal = isatty(STDERR_FILENO) == 1,
+                                              .serversFolder = ServersFolder(),
+                                              .settings = settings,
+                                              .clock = clock,
+                                              .interrupted = [] { return interruptions != 0; },
+                                              .variable = FindVariable,
+                                              .askSecret = {}};
+  if (hasTerminal) environment.askSecret = AskSecret;
   const auto exit = korvel::cli::RunKorvelctl(arguments, environment);
   if (!std::cout.flush()) throw std::runtime_error("Não foi possível escrever a saída.");
   return static_cast<int>(exit);

@@ -77,7 +77,8 @@ Exit RunCommand(CommandLine& line, const CommandEnvironment& environment) {
     return Exit::WrongUsage;
   }
   try {
-    Workspace workspace(environment, line.Globals(), command->MakesServer());
+    const GlobalOptions globals = line.Globals(environment);
+    Workspace workspace(environment, globals, command->MakesServer());
     if (command->Run(workspace)) return Exit::Done;
     if (workspace.Interrupted()) throw toolkit::Cancelled();
     workspace.Dialogs().ExplainSilence();
@@ -123,12 +124,18 @@ void CommandLine::DeclareGlobals() {
   app_.add_option("--servidor", globals_.servidor, "Servidor: (LOCALDB)\\NOME embebido, ou anfitrião,porta")
       ->type_name("NOME");
   app_.add_option("--login", globals_.login, "Login no servidor (sa, se não for dado)")->type_name("LOGIN");
-  app_.add_option("--password", globals_.password, "Password do login")->type_name("TEXTO");
+  password_.Declare(app_, "do login");
   app_.add_flag("--windows", globals_.windows, "Entra com o utilizador do sistema operativo");
   const auto takeCompany = [this](const std::string& code) { globals_.empresa = code; };
   app_.add_option_function<std::string>("--empresa", takeCompany, "Código da empresa")->type_name("CÓDIGO");
   app_.add_flag("--sim", globals_.sim, "Confirma o que elimina dados");
   app_.add_flag("--versao", versionAsked_, "Mostra a versão do programa e termina");
+}
+
+GlobalOptions CommandLine::Globals(const CommandEnvironment& environment) const {
+  GlobalOptions globals = globals_;
+  globals.password = password_.Read(environment).value_or(std::string());
+  return globals;
 }
 
 void CommandLine::Add(Command& command) {

@@ -7,6 +7,7 @@
 #include "cli/command.h"
 #include "cli/command_environment.h"
 #include "cli/global_options.h"
+#include "cli/password_option.h"
 
 namespace korvel::cli {
 
@@ -18,7 +19,8 @@ class CommandLine {
   CommandLine();
 
   CLI::App& App() { return app_; }
-  const GlobalOptions& Globals() const { return globals_; }
+  /// With the password read. Throws Refusal when it cannot be.
+  GlobalOptions Globals(const CommandEnvironment& environment) const;
   bool VersionAsked() const { return versionAsked_; }
   /// The command that a finished parse chose, null when there was none.
   Command* Chosen() const;
@@ -29,6 +31,7 @@ class CommandLine {
 
   CLI::App app_;
   GlobalOptions globals_;
+  PasswordOption password_{"password", "KORVEL_PASSWORD"};
   bool versionAsked_ = false;
   CommandList commands_;
 };

@@ -38,15 +38,23 @@ CliWorld::CliWorld(Start start) {
 CommandResult CliWorld::Run(const std::vector<std::string>& arguments) {
   std::ostringstream out;
   std::ostringstream err;
-  const cli::CommandEnvironment environment{.out = out,
-                                            .err = err,
-                                            .errIsTerminal = false,
-                                            .serversFolder = Servers(),
-                                            .settings = settings_,
-                                            .clock = clock,
-                                            .interrupted = interrupted};
+  const cli::CommandEnvironment environment{
+      .out = out,
+      .err = err,
+      .errIsTerminal = false,
+      .serversFolder = Servers(),
+      .settings = settings_,
+      .clock = clock,
+      .interrupted = interrupted,
+      .variable = [this](const std::string& name) { return Variable(name); },
+      .askSecret = {}};
   const auto exit = cli::RunKorvelctl(arguments, environment);
   return {static_cast<int>(exit), out.str(), err.str()};
+}
+
+std::optional<std::string> CliWorld::Variable(const std::string& name) const {
+  const auto found = variables.find(name);
+  return found == variables.end() ? std::nullopt : std::optional(found->second);
 }
 
 CommandResult CliWorld::Run(std::string_view line) {

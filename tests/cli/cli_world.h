@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,10 +44,12 @@ class CliWorld {
   std::filesystem::path Output() const { return folder_ / "saft"; }
 
   FixedClock clock;
-  std::function<bool()> interrupted;  // of commands in this process
+  std::function<bool()> interrupted;             // of commands in this process
+  std::map<std::string, std::string> variables;  // that they find in their environment
 
  private:
   std::vector<std::string> Command(std::string_view line) const;
+  std::optional<std::string> Variable(const std::string& name) const;
   std::map<std::string, std::string> Environment() const;
 
   TempFolder folder_;
