@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "auditfile/document_statement.h"
-#include "auditfile/file_sink.h"
 #include "auditfile/section_context.h"
+#include "toolkit/file_sink.h"
 
 namespace korvel::auditfile {
 
@@ -15,11 +15,12 @@ struct FileContent {
   std::string_view ledgerFilter;
   DocumentSelection documents;
   /// Appends an earlier file's `MasterFiles` in place of reading it from the tables again; may be empty.
-  std::function<void(FileSink&)> masterFiles;
+  std::function<void(toolkit::FileSink&)> masterFiles;
 };
 
 /// Writes one audit file: the declaration, the root and its sections in their order. Returns where
 /// `MasterFiles` stands. The sink is not finished. Throws data::Error, FileError and toolkit::Cancelled.
-ByteRange WriteAuditFile(FileSink& sink, const SectionContext& context, const FileContent& content);
+toolkit::ByteRange WriteAuditFile(toolkit::FileSink& sink, const SectionContext& context,
+                                  const FileContent& content);
 
 }  // namespace korvel::auditfile

@@ -26,7 +26,7 @@ struct GatheredLine {
   bool hasNumber = false;
   std::string number;  // `LineNumber`
   std::int64_t record = 0;
-  ByteRange bytes;
+  toolkit::ByteRange bytes;
 };
 
 /// The numbers are text, so line 10 stands before line 2; that order is the file's.
@@ -87,7 +87,7 @@ class DocumentWriter {
     if (toolkit::IsBlank(rows_.Text(taxPayable_))) withoutTaxPayable_.push_back(rows_.Integer(record_));
   }
   /// Makes elements from the current row that are written later.
-  ByteRange Gather(const ElementList& elements) {
+  toolkit::ByteRange Gather(const ElementList& elements) {
     const std::uint64_t begin = pieces_.Position();
     elements.Write(waiting_, rows_);
     return {begin, pieces_.Position()};
@@ -120,7 +120,7 @@ class DocumentWriter {
   PieceBuffer pieces_;
   XmlWriter waiting_;
   std::vector<GatheredLine> lines_;
-  ByteRange documentTotals_;
+  toolkit::ByteRange documentTotals_;
   Records withoutTaxPayable_;
 };
 

@@ -8,7 +8,7 @@
 #include "auditfile/documents_section.h"
 #include "auditfile/file_plan.h"
 #include "auditfile/header_section.h"
-#include "auditfile/replacing_file.h"
+#include "toolkit/replacing_file.h"
 #include "auditfile/section_context.h"
 #include "session/connections.h"
 
@@ -41,14 +41,14 @@ class ExportRun {
   }
 
   void WriteSections(const std::string& path, int month) {
-    auto file = std::make_unique<ReplacingFile>(PathOf(path));
+    auto file = std::make_unique<toolkit::ReplacingFile>(toolkit::PathOf(path));
     FileContent content;
     const std::string ledger = MonthFilter(month, firstMonth_, context_.options.chkContabilAcum);
     const std::string billing = MonthFilter(month, firstMonth_, context_.options.chkFacturacaoAcum);
     content.ledgerFilter = ledger;
     content.documents = {billing, scattered_};
-    if (firstFile_) content.masterFiles = [this](FileSink& to) { CopyMasterFiles(to); };
-    const ByteRange masterFiles = WriteAuditFile(*file, context_, content);
+    if (firstFile_) content.masterFiles = [this](toolkit::FileSink& to) { CopyMasterFiles(to); };
+    const toolkit::ByteRange masterFiles = WriteAuditFile(*file, context_, content);
     file->Finish();
     if (firstFile_) return;
     firstFile_ = std::move(file);
@@ -56,7 +56,7 @@ class ExportRun {
   }
 
   /// Every month's file has the master data of the whole period, byte for byte.
-  void CopyMasterFiles(FileSink& to) const { firstFile_->CopyTo(to, masterFiles_.begin, masterFiles_.end); }
+  void CopyMasterFiles(toolkit::FileSink& to) const { firstFile_->CopyTo(to, masterFiles_.begin, masterFiles_.end); }
 
   const SectionContext& context_;
   const FileNaming naming_;
@@ -64,8 +64,8 @@ class ExportRun {
   std::string stem_;
   const int firstMonth_ = context_.options.chkPorMeses ? MonthOf(context_.period.startDate) : 0;
   const bool scattered_ = WantsDocuments(context_) && DocumentsAreScattered(context_);
-  std::unique_ptr<const ReplacingFile> firstFile_;
-  ByteRange masterFiles_;
+  std::unique_ptr<const toolkit::ReplacingFile> firstFile_;
+  toolkit::ByteRange masterFiles_;
 };
 
 /// What the run must know of the period before it begins.

@@ -3,15 +3,15 @@
 #include <string>
 #include <string_view>
 
-#include "auditfile/file_sink.h"
+#include "toolkit/file_sink.h"
 
 namespace korvel::auditfile {
 
 /// Pieces of a file that are made out of their order: they wait in memory until they are appended where they belong.
-class PieceBuffer final : public FileSink {
+class PieceBuffer final : public toolkit::FileSink {
  public:
   /// The bytes between two positions since the last Clear; the view lives until the next append.
-  std::string_view Bytes(const ByteRange& range) {
+  std::string_view Bytes(const toolkit::ByteRange& range) {
     SendBuffer();
     return std::string_view(bytes_).substr(range.begin - cleared_, range.end - range.begin);
   }

@@ -17,7 +17,7 @@ constexpr std::size_t kGrowth = 5;
 constexpr std::size_t kTagBytes = 5;
 /// Longest stretch of text that is encoded in one go.
 constexpr std::size_t kPieceBytes = 16 * 1024;
-static_assert(kPieceBytes * kGrowth <= FileSink::kBufferBytes / 2);
+static_assert(kPieceBytes * kGrowth <= toolkit::FileSink::kBufferBytes / 2);
 
 /// Bytes that go out as they came in: ASCII without markup and without control characters, but tab and line feed.
 constexpr std::array<bool, 256> kPlain = [] {
@@ -156,7 +156,7 @@ void XmlWriter::LongLeaf(std::string_view name, std::string_view text) {
   CloseElement();
 }
 
-FileSink& XmlWriter::Raw() {
+toolkit::FileSink& XmlWriter::Raw() {
   CloseStartTag();
   return sink_;
 }

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "auditfile/file_sink.h"
+#include "toolkit/file_sink.h"
 
 namespace korvel::auditfile {
 
@@ -13,7 +13,7 @@ namespace korvel::auditfile {
 /// Names are literals of the program and outlive the writer. An element without content is written <Name/>.
 class XmlWriter {
  public:
-  explicit XmlWriter(FileSink& sink) : sink_(sink) {}
+  explicit XmlWriter(toolkit::FileSink& sink) : sink_(sink) {}
 
   /// The first line of the file.
   void Declaration();
@@ -32,13 +32,13 @@ class XmlWriter {
   /// An element that holds `text` alone.
   void Leaf(std::string_view name, std::string_view text);
   /// The sink, for whole elements that are in the file's encoding already.
-  FileSink& Raw();
+  toolkit::FileSink& Raw();
 
  private:
   void CloseStartTag();
   void LongLeaf(std::string_view name, std::string_view text);
 
-  FileSink& sink_;
+  toolkit::FileSink& sink_;
   std::vector<std::string_view> open_;
   bool startTagOpen_ = false;
 };

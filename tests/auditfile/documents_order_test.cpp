@@ -6,7 +6,7 @@
 
 #include "auditfile/documents_section.h"
 #include "data/sql_text.h"
-#include "memory_sink.h"
+#include "support/memory_sink.h"
 #include "staged_company.h"
 #include "toolkit/text.h"
 

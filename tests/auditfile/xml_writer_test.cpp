@@ -7,7 +7,7 @@
 #include <memory>
 #include <random>
 
-#include "auditfile/memory_sink.h"
+#include "support/memory_sink.h"
 #include "toolkit/utf8.h"
 
 namespace korvel::auditfile {
@@ -99,23 +99,6 @@ TEST(XmlWriter, WhatIsWrittenReadsBack) {
     sink.Finish();
     EXPECT_TRUE(ReadBack(sink.bytes) == text) << characters << " characters";
   }
-}
-
-TEST(FileSink, CountsWhatWasAppendedAndTellsAFullDisk) {
-  MemorySink sink(2 * FileSink::kBufferBytes);
-  const std::string block(FileSink::kBufferBytes - 1, 'x');
-  sink.Append(block);
-  sink.Append(block);
-  EXPECT_EQ(sink.Position(), 2 * block.size());
-  sink.Append("123");
-  try {
-    sink.Finish();
-    FAIL() << "the disk was full";
-  } catch (const FileError& error) {
-    EXPECT_EQ(error.Number(), ENOSPC);
-    EXPECT_STREQ(error.what(), "Não foi possível escrever \"memória\": não há espaço em disco");
-  }
-  EXPECT_FALSE(sink.complete);
 }
 
 }  // namespace

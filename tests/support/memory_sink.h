@@ -4,12 +4,12 @@
 #include <limits>
 #include <string>
 
-#include "auditfile/file_sink.h"
+#include "toolkit/file_sink.h"
 
 namespace korvel::test {
 
 /// Keeps what is sent to it. Past `limit` bytes the disk is full.
-class MemorySink final : public auditfile::FileSink {
+class MemorySink final : public toolkit::FileSink {
  public:
   explicit MemorySink(std::size_t limit = std::numeric_limits<std::size_t>::max()) : limit_(limit) {}
 
@@ -18,7 +18,7 @@ class MemorySink final : public auditfile::FileSink {
 
  protected:
   void Send(std::string_view piece) override {
-    if (bytes.size() + piece.size() > limit_) throw auditfile::FileError("escrever", "memória", ENOSPC);
+    if (bytes.size() + piece.size() > limit_) throw toolkit::FileError("escrever", "memória", ENOSPC);
     bytes.append(piece);
   }
   void Complete() override { complete = true; }

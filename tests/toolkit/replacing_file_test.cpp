@@ -1,4 +1,4 @@
-#include "auditfile/replacing_file.h"
+#include "toolkit/replacing_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -8,16 +8,33 @@
 #include <csignal>
 #include <filesystem>
 
-#include "auditfile/memory_sink.h"
+#include "support/memory_sink.h"
 #include "support/temp_folder.h"
 
-namespace korvel::auditfile {
+namespace korvel::toolkit {
 namespace {
 
 namespace fs = std::filesystem;
 
 std::size_t FilesIn(const fs::path& folder) {
   return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+TEST(FileSink, CountsWhatWasAppendedAndTellsAFullDisk) {
+  test::MemorySink sink(2 * FileSink::kBufferBytes);
+  const std::string block(FileSink::kBufferBytes - 1, 'x');
+  sink.Append(block);
+  sink.Append(block);
+  EXPECT_EQ(sink.Position(), 2 * block.size());
+  sink.Append("123");
+  try {
+    sink.Finish();
+    FAIL() << "the disk was full";
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.Number(), ENOSPC);
+    EXPECT_STREQ(error.what(), "Não foi possível escrever \"memória\": não há espaço em disco");
+  }
+  EXPECT_FALSE(sink.complete);
 }
 
 TEST(ReplacingFile, TheTargetChangesOnlyWhenFinished) {
@@ -139,4 +156,4 @@ TEST(ReplacingFile, PlacesThatTakeNoFileAreNamed) {
 }
 
 }  // namespace
-}  // namespace korvel::auditfile
+}  // namespace korvel::toolkit

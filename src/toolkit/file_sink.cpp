@@ -1,4 +1,4 @@
-#include "auditfile/file_sink.h"
+#include "toolkit/file_sink.h"
 
 #include <fmt/format.h>
 
@@ -8,7 +8,7 @@
 #include <cstring>
 #include <utility>
 
-namespace korvel::auditfile {
+namespace korvel::toolkit {
 namespace {
 
 constexpr std::array<std::pair<int, std::string_view>, 13> kCauses{{
@@ -18,7 +18,7 @@ constexpr std::array<std::pair<int, std::string_view>, 13> kCauses{{
     {EACCES, "acesso negado"},
     {EPERM, "operação não permitida"},
     {EROFS, "o disco só permite leitura"},
-    {ENOENT, "a pasta não existe"},
+    {ENOENT, "o ficheiro ou a pasta não existe"},
     {ENOTDIR, "o caminho não é uma pasta"},
     {EISDIR, "já existe uma pasta com esse nome"},
     {ENAMETOOLONG, "o nome é demasiado longo"},
@@ -61,4 +61,4 @@ void FileSink::SendBuffer() {
   used_ = 0;
 }
 
-}  // namespace korvel::auditfile
+}  // namespace korvel::toolkit

@@ -1,4 +1,4 @@
-#include "auditfile/replacing_file.h"
+#include "toolkit/replacing_file.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -12,7 +12,7 @@
 #include <system_error>
 #include <utility>
 
-namespace korvel::auditfile {
+namespace korvel::toolkit {
 namespace {
 
 namespace fs = std::filesystem;
@@ -142,4 +142,4 @@ void ReplacingFile::Fail(std::string_view action, int error) const {
   throw FileError(action, TextOf(target_), error);
 }
 
-}  // namespace korvel::auditfile
+}  // namespace korvel::toolkit

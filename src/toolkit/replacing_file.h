@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "auditfile/file_sink.h"
+#include "toolkit/file_sink.h"
 
-namespace korvel::auditfile {
+namespace korvel::toolkit {
 
 /// A path from UTF-8 text, and back.
 std::filesystem::path PathOf(std::string_view utf8);
@@ -41,4 +41,4 @@ class ReplacingFile final : public FileSink {
   bool finished_ = false;
 };
 
-}  // namespace korvel::auditfile
+}  // namespace korvel::toolkit

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace korvel::auditfile {
+namespace korvel::toolkit {
 
 /// A file that could not be made, read or written. what() is Portuguese and names the file and the cause.
 class FileError : public std::runtime_error {
@@ -68,4 +68,4 @@ class FileSink {
   std::uint64_t sent_ = 0;
 };
 
-}  // namespace korvel::auditfile
+}  // namespace korvel::toolkit
