@@ -53,7 +53,7 @@ std::string Company::Statement(std::string_view table, std::string_view order) c
 }
 
 fs::path Company::Database() const {
-  return server_.folder.Path() / "TESTE" / (toolkit::Upper(Name()) + ".db");
+  return server_.folder.Path() / "TESTE" / "data" / (toolkit::Upper(Name()) + ".mdf");
 }
 
 fs::path Company::Scratch() const {

@@ -77,7 +77,7 @@ TEST_F(EmbeddedServer, DropsADatabaseThatNobodyUses) {
   EXPECT_FALSE(user->IsOpen());
   EXPECT_EQ(ErrorOf(*connection, "drop database NOVA"), "ok");
   EXPECT_EQ(ErrorOf(*connection, "use Nova"), "911 42000");
-  EXPECT_FALSE(std::filesystem::exists(folder / "TESTE/NOVA.db"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "TESTE/data/NOVA.mdf"));
   EXPECT_EQ(ErrorOf(*connection, "create database Nova use Nova create table T (a int)"), "ok");
 }
 
@@ -131,7 +131,7 @@ TEST_F(EmbeddedServer, ATransactionSpansTheDatabasesItUses) {
 TEST_F(EmbeddedServer, SaysWhichDatabaseIsDamaged) {
   connection->Execute("use master");
   connection->Execute("create table T (a int)");
-  const std::filesystem::path file = folder / "TESTE/BASE.db";
+  const std::filesystem::path file = folder / "TESTE/data/BASE.mdf";
   const std::string sound = test::ReadFile(file);
   for (const std::string& bytes :
        {std::string(9000, 'x'), std::string(), sound.substr(0, 100),
@@ -147,7 +147,7 @@ TEST_F(EmbeddedServer, SaysWhichDatabaseIsDamaged) {
     }
   }
   EXPECT_EQ(ErrorOf(*connection, "drop database BASE"), "ok");
-  test::WriteFile(folder / "TESTE/MASTER.db", std::string(5000, 'x'));
+  test::WriteFile(folder / "TESTE/data/MASTER.mdf", std::string(5000, 'x'));
   EXPECT_EQ(Opening("TESTE", "sa", "", "master"), "824 5");
 }
 
@@ -169,7 +169,7 @@ TEST_F(EmbeddedServer, AKillWhileDatabasesAreMadeLeavesWholeOnesOnly) {
       EXPECT_EQ(Rows(*Open(name), "select count(*) from sysobjects"), "0") << name;
   }
   // A leftover of a killed creation does not stand in the way.
-  test::WriteFile(folder / "TESTE/RESTO.db", "lixo");
+  test::WriteFile(folder / "TESTE/data/RESTO.mdf", "lixo");
   EXPECT_EQ(ErrorOf(*Open("master"), "create database Resto use Resto create table T (a int)"), "ok");
 }
 

@@ -23,6 +23,9 @@ constexpr std::size_t kLongestName = 100;
 /// Identifiers below this are the server's own databases.
 constexpr int kFirstDatabaseId = 5;
 
+constexpr std::string_view kDataFolder = "data";
+constexpr std::string_view kBackupFolder = "backup";
+
 constexpr const char* kMasterTables = R"(
 CREATE TABLE "$databases" (id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL COLLATE NOCASE UNIQUE);
 CREATE TABLE "$logins" (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, password TEXT NOT NULL,
@@ -99,14 +102,16 @@ Server::Server(const fs::path& serversFolder, std::string_view name, const Conne
 }
 
 fs::path Server::FileOf(std::string_view database) const {
-  return folder_ / (UpperName(database) + ".db");
+  return folder_ / kDataFolder / (UpperName(database) + ".mdf");
 }
 
 /// Made under another name and put in place with all its tables, so that nobody sees half a server.
 void Server::MakeMaster() {
   std::error_code failure;
-  fs::create_directories(folder_, failure);
-  if (failure) throw NoServer(name_);
+  for (const std::string_view part : {kDataFolder, kBackupFolder}) {
+    fs::create_directories(folder_ / part, failure);
+    if (failure) throw NoServer(name_);
+  }
   fs::permissions(folder_, fs::perms::owner_all, failure);
   const fs::path temporary = FileOf(kMaster).string() + fmt::format(".{}", ::getpid());
   RemoveFiles(temporary);
@@ -123,7 +128,7 @@ void Server::MakeMaster() {
   // A link fails when another process was first; then that one's server stands.
   fs::create_hard_link(temporary, FileOf(kMaster), failure);
   RemoveFiles(temporary);
-  SyncFolder(folder_);
+  SyncFolder(folder_ / kDataFolder);
   if (!fs::exists(FileOf(kMaster))) throw NoServer(name_);
 }
 
@@ -187,7 +192,7 @@ void Server::CreateDatabase(std::string_view database) {
     Catalogue::Create(store);
   }
   fs::rename(temporary, file);
-  SyncFolder(folder_);
+  SyncFolder(folder_ / kDataFolder);
   Prepared insert = master_->Prepare(R"(INSERT INTO "$databases" (name) VALUES (?1))");
   insert.Bind(1, database);
   insert.Run();

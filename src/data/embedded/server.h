@@ -47,6 +47,8 @@ class Server {
   std::optional<DatabaseEntry> FindDatabase(std::string_view database);
   /// Opens a database of the list. Throws Error.
   std::unique_ptr<Store> OpenDatabase(const DatabaseEntry& entry);
+  /// Where the database of that name is kept, or would be.
+  std::filesystem::path FileOf(std::string_view database) const;
 
   /// Whole or not at all, also when the process is killed. Throws 1801 when it is there already.
   void CreateDatabase(std::string_view database);
@@ -56,7 +58,6 @@ class Server {
  private:
   void Enter(const ConnectionString& wanted, std::string_view password);
   void MakeMaster();
-  std::filesystem::path FileOf(std::string_view database) const;
 
   std::string name_;
   std::filesystem::path folder_;
