@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "security/rights_catalogue.h"
+#include "toolkit/text.h"
+
+namespace korvel::security {
+namespace {
+
+TEST(Catalogue, WhatCanBeGuarded) {
+  const struct {
+    const char* name;
+    const char* caption;
+    bool guardable;
+  } cases[] = {
+      {"cmdGravar", "&Gravar", true},
+      {"CMDGravar", "&Gravar", true},
+      {"Eliminar", "&Eliminar", false},
+      {"mycmdGravar", "Gravar", false},
+      {"cmdFechar", "&Fechar", false},
+      {"cmdOutro", "  Fec&ha tudo", false},
+      {"cmdCancelar", "&Cancelar", false},
+      {"cmdCancelar", "CANCEL", false},
+      {"cmdVoltar", "Vo&ltar", false},
+      {"cmdSair", "sair", false},
+      {"cmdNaoSair", "Não Sair", true},
+      {"cmdPath", "...", false},
+      {"cmdNext", ">", false},
+      {"cmdFirst", "<<", false},
+      {"cmdMaior", "Maior >", true},
+      {"cmdSim", "&Sim", false},
+      {"cmdNao", "&Não", false},
+      {"cmdnao", "&Não", false},
+      {"cmdSimular", "&Simular", true},
+      {"cmdSemNome", "", true},
+  };
+  for (const auto& [name, caption, guardable] : cases)
+    EXPECT_EQ(IsGuardable(name, caption), guardable) << name << " " << caption;
+}
+
+TEST(Catalogue, FormsStandOnceInTheirOrderAndTheirKeysAreDistinct) {
+  std::set<std::string> keys;
+  for (const CatalogueForm& form : RightsCatalogue()) {
+    EXPECT_TRUE(keys.insert(toolkit::Upper(RightKey(form.name))).second) << form.name;
+    for (const FormButton& button : form.buttons)
+      EXPECT_TRUE(keys.insert(toolkit::Upper(RightKey(form.name, button.name))).second) << button.name;
+  }
+  EXPECT_EQ(RightsCatalogue().front().name, "frmLogGeral");
+  EXPECT_EQ(RightsCatalogue().back().name, "frmAAResponsavel");
+}
+
+TEST(Catalogue, HoldsEveryFormThatTheMainWindowGuards) {
+  const char* forms[] = {"frmTabHeader",
+                         "frmImpTabHeader",
+                         "frmGeneralLedger",
+                         "frmCustomerLunder",
+                         "frmSupplierLunder",
+                         "frmTaxTableLunder",
+                         "frmGeneralLedgerEntriesLunder",
+                         "frmImpGeneralLedger",
+                         "frmImpCustomerLunder",
+                         "frmImpSupplierLunder",
+                         "frmImpTaxTableLunder",
+                         "frmImpGeneralLedgerEntriesLunder",
+                         "frmCustomerBrevant",
+                         "frmProductBrevant",
+                         "frmTaxTableBrevant",
+                         "frmSourceDocumentsBrevant",
+                         "frmImpCustomerBrevant",
+                         "frmImpProductBrevant",
+                         "frmImpTaxTableBrevant",
+                         "frmImpSourceDocumentsBrevant",
+                         "frmExportaSAFT",
+                         "frmWizard",
+                         "frmParamGeral",
+                         "frmAAResponsavel",
+                         "frmLogGeral",
+                         "frmAlteraPassword"};
+  for (const char* form : forms) EXPECT_NE(FindForm(form), nullptr) << form;
+  EXPECT_EQ(std::size(forms), RightsCatalogue().size());
+  EXPECT_EQ(FindForm("FRMWIZARD"), FindForm("frmWizard"));
+  for (const char* none : {"frmBloquear", "frmAbout", "", "frm"}) EXPECT_EQ(FindForm(none), nullptr) << none;
+}
+
+}  // namespace
+}  // namespace korvel::security
