@@ -18,8 +18,8 @@ CommandList MakeCommands() {
       MakePeriodoEliminar,
   };
   constexpr std::unique_ptr<Command> (*kBehindExtraction[])() = {
-      MakeExportar,      MakeAssistente,     MakeEnvioDefinir,  MakeEnvioMostrar,
-      MakeEnvioExecutar, MakeEnvioHistorico, MakeEnvioEliminar, MakeSql,
+      MakeExportar,       MakeAssistente,    MakeEnvioDefinir, MakeEnvioMostrar,  MakeEnvioExecutar,
+      MakeEnvioHistorico, MakeEnvioEliminar, MakeCifraCifrar,  MakeCifraDecifrar, MakeSql,
   };
   CommandList all;
   for (const auto make : kBeforeExtraction) all.push_back(make());
@@ -36,6 +36,7 @@ std::string GroupSummary(std::string_view word) {
   if (word == "periodo") return "Períodos do ficheiro de auditoria";
   if (word == "extrair") return "Carrega e grava uma secção do período";
   if (word == "envio") return "Exportação automática: definições, execução e histórico";
+  if (word == "cifra") return "Cifra passwords e ficheiros";
   return {};
 }
 

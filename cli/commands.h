@@ -27,6 +27,8 @@ std::unique_ptr<Command> MakeEnvioMostrar();
 std::unique_ptr<Command> MakeEnvioExecutar();
 std::unique_ptr<Command> MakeEnvioHistorico();
 std::unique_ptr<Command> MakeEnvioEliminar();
+std::unique_ptr<Command> MakeCifraCifrar();
+std::unique_ptr<Command> MakeCifraDecifrar();
 /// The commands "extrair ...".
 CommandList MakeExtrair();
 

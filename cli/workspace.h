@@ -22,6 +22,7 @@ class Workspace {
   Workspace& operator=(const Workspace&) = delete;
 
   session::Context Context();
+  const CommandEnvironment& Environment() const { return environment_; }
   std::ostream& Out() const { return environment_.out; }
   TerminalDialogs& Dialogs() { return dialogs_; }
   bool CompanyGiven() const { return options_.empresa.has_value(); }
