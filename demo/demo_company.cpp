@@ -8,6 +8,7 @@
 
 #include "data/sql_text.h"
 #include "databases/companies.h"
+#include "databases/config_upgrade.h"
 #include "databases/sql_admin.h"
 #include "demo/branches.h"
 #include "demo/taxpayers.h"
@@ -147,13 +148,13 @@ std::optional<BooksSummary> MakeSources(const Context& context, const BooksOptio
 }  // namespace
 
 std::optional<BooksSummary> MakeDemoCompany(const Context& context, const BooksOptions& options) {
+  if (!databases::EnsureConfigDatabase(context)) return std::nullopt;
   {
     session::ConnectionPtr master;
     if (!session::OpenSessionDatabase(context, master, "master")) {
       session::ShowConnectionError(context);
       return std::nullopt;
     }
-    databases::EnsureConfigDatabase(*master);
     if (!ClearTheWay(context, *master)) return std::nullopt;
   }
   const std::optional<BooksSummary> summary = MakeSources(context, options);

@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "databases/config_schema.h"
+#include "databases/company_upgrade.h"
+#include "databases/config_upgrade.h"
+#include "databases/names.h"
 #include "databases/sql_admin.h"
 #include "session/connections.h"
 #include "toolkit/numbers.h"
@@ -15,6 +17,7 @@ namespace {
 using toolkit::Icon;
 
 constexpr int kCodeLength = 4;
+constexpr int kDatabaseExists = 1801;  // the server's own number
 
 void InsertCompany(data::Connection& master, std::string_view login, const NewCompany& company) {
   master.Execute("use Korvelconfig");
@@ -26,15 +29,14 @@ void InsertCompany(data::Connection& master, std::string_view login, const NewCo
   if (company.main) master.Execute("update empresas set acessoprincipal=0 where codigo<>?", {company.code});
 }
 
-/// A code of digits, padded; empty when it is none.
-std::string FullCode(std::string_view code) {
-  code = toolkit::Trim(code);
-  const bool valid = !code.empty() && code.size() <= kCodeLength && toolkit::SoDigitos(code);
-  return valid ? toolkit::Zerar(code, int{kCodeLength}) : std::string();
+void ShowExists(toolkit::Dialogs& dialogs) {
+  dialogs.Message(Icon::Warning, "Empresa Já  Existente!", "Atenção:");
 }
 
 void ShowCreationError(toolkit::Dialogs& dialogs, const data::Error& error) {
-  if (error.Kind() == data::Failure::Permission) {
+  if (error.Native() == kDatabaseExists) {
+    ShowExists(dialogs);  // another process was faster
+  } else if (error.Kind() == data::Failure::Permission) {
     dialogs.Message(Icon::Warning,
                     "O seu Login não tem direitos para criar empresas !\nContacte o seu supervisor.");
   } else {
@@ -51,10 +53,9 @@ bool CreateEmpty(const session::Context& context, const std::string& database, c
   }
   try {
     if (CheckDatabase(*master, database)) {
-      context.dialogs.Message(Icon::Warning, "Empresa Já  Existente!", "Atenção:");
+      ShowExists(context.dialogs);
       return false;
     }
-    EnsureConfigDatabase(*master);
     CreateDatabase(context, *master, database, company);
     return true;
   } catch (const data::Error& error) {
@@ -69,18 +70,21 @@ std::string CompanyDatabase(std::string_view code) {
   return fmt::format("Korvel{}", code);
 }
 
-void EnsureConfigDatabase(data::Connection& master) {
-  if (!CheckDatabase(master, session::kConfigDatabase)) master.Execute("Create Database KorvelConfig");
-  master.Execute("use KorvelConfig");
-  for (const TableDefinition& table : ConfigSchema()) {
-    if (!SQLCheckTable(master, table.name)) master.Execute(CreateTableStatement(table));
-  }
-  master.Execute("use master");
+std::string FullCompanyCode(std::string_view code) {
+  code = toolkit::Trim(code);
+  const bool valid = !code.empty() && code.size() <= kCodeLength && toolkit::SoDigitos(code);
+  return valid ? toolkit::Zerar(code, int{kCodeLength}) : std::string();
+}
+
+std::string CheckedCode(const session::Context& context, std::string_view code) {
+  std::string full = FullCompanyCode(code);
+  if (full.empty()) context.dialogs.Message(Icon::Warning, "O Codigo da Empresa tem que ser numérico !");
+  return full;
 }
 
 void CreateDatabase(const session::Context& context, data::Connection& master, std::string_view database,
                     const NewCompany& company) {
-  master.Execute(fmt::format("Create Database {}", database));
+  master.Execute("Create Database " + AsName(database));
   if (!toolkit::IsBlank(company.code)) InsertCompany(master, context.session.gLogin, company);
   master.Execute("use master");
 }
@@ -91,12 +95,25 @@ std::string NextCompanyCode(data::Connection& config) {
   return toolkit::Zerar(std::to_string(next), int{kCodeLength});
 }
 
+void DeleteDatabase(data::Connection& master, std::string_view database, std::string_view code) {
+  master.Execute("use master");
+  if (CheckDatabase(master, database)) master.Execute("drop database " + AsName(database));
+  if (toolkit::IsBlank(code)) return;
+  master.Execute("use Korvelconfig");
+  master.Execute("delete from empresas where codigo=?", {code});
+  master.Execute("use master");
+}
+
+std::vector<std::string> CompanyCodes(data::Connection& config) {
+  std::vector<std::string> codes;
+  auto rows = config.Query("Select * from Empresas Where NumRegisto > 0  Order By Codigo,NumRegisto");
+  for (; !rows.Eof(); rows.MoveNext()) codes.emplace_back(rows.Text("Codigo"));
+  return codes;
+}
+
 std::optional<UpgradeResult> CreateCompany(const session::Context& context, NewCompany company) {
-  company.code = FullCode(company.code);
-  if (company.code.empty()) {
-    context.dialogs.Message(Icon::Warning, "O Codigo da Empresa tem que ser numérico !");
-    return std::nullopt;
-  }
+  company.code = CheckedCode(context, company.code);
+  if (company.code.empty() || !EnsureConfigDatabase(context)) return std::nullopt;
   const std::string database = CompanyDatabase(company.code);
   if (!CreateEmpty(context, database, company)) return std::nullopt;
   UpgradeResult upgraded = ActDBaseExecuta(context, database);

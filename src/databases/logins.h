@@ -21,8 +21,7 @@ inline constexpr std::array<std::string_view, 9> kDatabaseRoles{
 inline constexpr std::array<std::string_view, 7> kServerRoles{
     "sysadmin", "serveradmin", "setupadmin", "securityadmin", "processadmin", "dbcreator", "diskadmin"};
 
-/// Whether a text can be a login's or user's name: not blank, at most 128 characters, none of quotes, brackets,
-/// separators and control characters. "MACHINE\user" is one.
+/// Whether a text can be a login's or user's name (see IsName). "MACHINE\user" is one.
 bool IsLoginName(std::string_view name);
 
 /// True under Windows authentication at once; otherwise whether the login is a member of sysadmin. A blank login stands

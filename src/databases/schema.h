@@ -10,7 +10,7 @@ namespace korvel::databases {
 /// When an upgrade makes a table, adds a column or changes one; the stages run in this order.
 enum class Stage {
   Base,        // the first tables
-  Parameters,  // the parameters of the extractions
+  Parameters,  // the parameters of the extractions; those of mail and FTP
   Documents,   // the tables of documents and entries
   Cancelled,   // cancelled documents, kinds of accounts
   Mapping,     // account mapping, certification, self-billing
@@ -31,6 +31,13 @@ struct ColumnDefinition {
   Stage widened = Stage::Base;      // when that change runs
 };
 
+/// A key made with its table beside the one on `NumRegisto` that `primaryKey` names.
+struct KeyDefinition {
+  std::string_view name;
+  std::string_view kind;  // "PRIMARY KEY NONCLUSTERED", "UNIQUE CLUSTERED", ...
+  std::string_view fields;
+};
+
 /// A table of a schema. `NumRegisto`, the identity key, stands before the columns of every table and is not
 /// listed among them.
 struct TableDefinition {
@@ -39,9 +46,12 @@ struct TableDefinition {
   std::span<const ColumnDefinition> columns;
   std::string_view primaryKey = {};  // name of the clustered key on NumRegisto; empty: none
   bool bare = false;                 // made by SQLCreateTable, which names the key; every column is added
+  std::span<const KeyDefinition> keys = {};
 };
 
-/// "CREATE TABLE" with the columns of the table's own stage.
+/// "CREATE TABLE" with the columns of the table's own stage and all keys.
 std::string CreateTableStatement(const TableDefinition& table);
+/// "ALTER TABLE" that adds one of a table's keys.
+std::string AddKeyStatement(const TableDefinition& table, const KeyDefinition& key);
 
 }  // namespace korvel::databases

@@ -11,6 +11,9 @@ namespace korvel::databases {
 bool TrySingleUserMode(data::Connection& master, std::string_view database);
 void SetSingleUserMode(data::Connection& master, std::string_view database, bool single);
 
+/// A line of progress below the list of companies, while a long task runs from there.
+void SetInfoInSelEmpresas(const session::Context& context, std::string_view text);
+
 /// Ends all processes that this machine has in a database, its own apart; each step is told to `progress`. False when
 /// the server refuses, with the error outputs set.
 bool KillAllProcessesInCurrentMachine(const session::Context& context, std::string_view database);

@@ -3,11 +3,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <chrono>
 #include <string>
-#include <thread>
 
 #include "data/sql_text.h"
+#include "databases/names.h"
+#include "databases/server_version.h"
 #include "toolkit/numbers.h"
 #include "toolkit/text.h"
 
@@ -16,8 +16,6 @@ namespace korvel::databases {
 namespace {
 
 using data::Quoted;
-
-constexpr int kFirstVersionWithProperties = 8;  // SQL Server 2000
 
 bool BringsRow(data::Connection& connection, std::string_view statement) {
   return !connection.Query(statement).Eof();
@@ -76,7 +74,7 @@ void SQLCreateIndex(data::Connection& connection, std::string_view name, std::st
 }
 
 void SQL_ChangeDbCompLevel(data::Connection& master, std::string_view database) {
-  master.Execute(fmt::format("sp_dbcmptlevel {}, 80", database));
+  master.Execute(fmt::format("sp_dbcmptlevel {}, 80", AsArgument(database)));
   master.Execute("sp_configure 'show advanced options', 1");
   master.Execute("reconfigure with override");
   master.Execute("sp_configure 'xp_cmdshell', 1");
@@ -91,25 +89,27 @@ int SQL_Version(data::Connection& master) {
 }
 
 bool CheckForReadOnly(data::Connection& master, std::string_view database) {
-  if (SQL_Version(master) < kFirstVersionWithProperties) {
-    const auto option = master.Query(fmt::format("sp_dboption {},'read only'", Quoted(database)));
+  if (SQL_Version(master) < kSqlServer2000) {
+    const auto option = master.Query(fmt::format("sp_dboption {},'read only'", QuotedName(database)));
     return !option.Eof() && toolkit::Lower(option.Text("currentsetting")) != "off";
   }
-  const auto state =
-      master.Query(fmt::format("Select DatabasePropertyex({},'Updateability') as MRet", Quoted(database)));
+  const auto state = master.Query(
+      fmt::format("Select DatabasePropertyex({},'Updateability') as MRet", QuotedName(database)));
   return !state.Eof() && state.Text("MRet") == "READ_ONLY";
 }
 
 void SetReadOnly(data::Connection& master, std::string_view database, bool readOnly) {
-  if (SQL_Version(master) < kFirstVersionWithProperties) {
+  if (SQL_Version(master) < kSqlServer2000) {
     master.Execute(
-        fmt::format("sp_dboption {},'read only','{}'", Quoted(database), readOnly ? "true" : "false"));
+        fmt::format("sp_dboption {},'read only','{}'", QuotedName(database), readOnly ? "true" : "false"));
   } else {
-    master.Execute(fmt::format("Alter DataBase {} Set {}", database, readOnly ? "READ_ONLY" : "READ_WRITE"));
+    master.Execute(
+        fmt::format("Alter DataBase {} Set {}", AsName(database), readOnly ? "READ_ONLY" : "READ_WRITE"));
   }
 }
 
-bool ForceReadOnly(data::Connection& master, std::string_view database, bool readOnly) {
+bool ForceReadOnly(data::Connection& master, std::string_view database, bool readOnly,
+                   const std::function<void()>& pause) {
   constexpr int kAttempts = 10;
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
     try {
@@ -118,7 +118,7 @@ bool ForceReadOnly(data::Connection& master, std::string_view database, bool rea
     } catch (const data::Error&) {
       // Others may still work on the database: it is tried again.
     }
-    if (attempt < kAttempts) std::this_thread::sleep_for(std::chrono::seconds(1));
+    if (attempt < kAttempts) pause();
   }
   return false;
 }

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 #include <vector>
 
 #include "data/connection.h"
 
 /// Administration of a server. Members work on the connection given and throw data::Error unless they say
-/// otherwise. Names of databases, tables and fields are the system's own, never users' text.
+/// otherwise. Names of tables and fields are the system's own, never users' text; those of databases are checked.
 namespace korvel::databases {
 
 /// True when the server has that database, in any case of letters.
@@ -31,11 +32,13 @@ void SQL_ChangeDbCompLevel(data::Connection& master, std::string_view database);
 /// The whole number before the first "." of the server's product version.
 int SQL_Version(data::Connection& master);
 
+/// Two forms of statements: for servers before version 8, and since.
 bool CheckForReadOnly(data::Connection& master, std::string_view database);
 void SetReadOnly(data::Connection& master, std::string_view database, bool readOnly);
-/// Tries up to ten times, with pauses, to bring a database into that state; false when it did not get there.
-/// Throws nothing.
-bool ForceReadOnly(data::Connection& master, std::string_view database, bool readOnly);
+/// Tries up to ten times, with a pause between, to bring a database into that state; false when it did not get
+/// there. Throws only what `pause` does.
+bool ForceReadOnly(data::Connection& master, std::string_view database, bool readOnly,
+                   const std::function<void()>& pause);
 
 /// The batches of a script, as views into it; lines that hold just "GO" part them. Blank ones are left out.
 std::vector<std::string_view> ScriptBatches(std::string_view script);

@@ -11,16 +11,19 @@ std::string_view ProgramVersion() {
   return KORVEL_VERSION;
 }
 
-std::string VersionDigits(std::string_view version) {
-  constexpr int kParts = 3;
-  std::string digits;
-  for (int i = 0; i < kParts; ++i) {
+VersionNumbers ParsedVersion(std::string_view version) {
+  VersionNumbers numbers{};
+  for (unsigned& number : numbers) {
     const std::string_view part = version.substr(0, version.find('.'));
-    unsigned number = 0;
     std::from_chars(part.data(), part.data() + part.size(), number);
-    digits += fmt::format("{:04}", number);
     version.remove_prefix(std::min(part.size() + 1, version.size()));
   }
+  return numbers;
+}
+
+std::string VersionDigits(std::string_view version) {
+  std::string digits;
+  for (const unsigned number : ParsedVersion(version)) digits += fmt::format("{:04}", number);
   return digits;
 }
 
