@@ -4,6 +4,7 @@
 
 #include "data/editable_recordset.h"
 #include "data/sql_text.h"
+#include "security/activity_log.h"
 #include "session/connections.h"
 #include "session/lookups.h"
 #include "toolkit/dates.h"
@@ -48,6 +49,8 @@ bool WasSent(data::Connection& company, const toolkit::DateSpan& dates) {
 bool EliminarHistorico(const session::Context& context, data::Connection& company) {
   if (!context.dialogs.ConfirmDeletion("", "Confirma a Eliminação?")) return false;
   company.Execute("Delete from HistoricoEnvio");
+  security::InsertLog(context, {security::module::kTables, security::action::kDelete, "Histórico de Envio",
+                                "Definições para Exportação Automática"});
   return true;
 }
 

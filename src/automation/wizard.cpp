@@ -2,12 +2,18 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #include "automation/period_rebuild.h"
 #include "automation/sending_history.h"
 #include "automation/wizard_steps.h"
 #include "data/sql_text.h"
 #include "periods/header_fields.h"
+#include "periods/period_editor.h"
+#include "security/activity_log.h"
+#include "security/rights_catalogue.h"
 #include "session/connections.h"
 #include "session/lookups.h"
 #include "toolkit/options.h"
@@ -94,10 +100,12 @@ class WizardRun {
     session::ConnectionPtr company;
     if (!session::AbreConnectionLOCAL_bln(context_, company)) return Refuse(context_.session.gErroDescricao);
     if (!KindIsDefined(*company)) return false;
-    std::string cliente;
-    if (!MayReplace(*company, cliente)) return false;
-    const auto made = RebuildPeriod(*company, Key(), input_.eselTaxAccountingBasis, cliente);
+    std::optional<Replaced> replaced;
+    if (!MayReplace(*company, replaced)) return false;
+    const auto made = RebuildPeriod(*company, Key(), input_.eselTaxAccountingBasis,
+                                    replaced ? replaced->cliente : std::string());
     if (!made) return Stop("Não tem os dados da Empresa definidos (Header)!");
+    if (replaced) LogDeletion(replaced->companyName);
     steps_.period.cliente = toolkit::Trim(*made);
     return true;
   }
@@ -114,13 +122,25 @@ class WizardRun {
     return input_.automatico ? Refuse(std::move(text)) : Stop(std::move(text));
   }
 
-  /// False when the period is there and the user wants to keep it. `cliente` becomes that of the period.
-  bool MayReplace(data::Connection& company, std::string& cliente) {
+  /// What is kept of a period that is there.
+  struct Replaced {
+    std::string cliente;
+    std::string companyName;
+  };
+
+  /// False when the period is there and the user wants to keep it.
+  bool MayReplace(data::Connection& company, std::optional<Replaced>& replaced) {
     const data::Recordset rows = company.Query(
         "Select FiscalYear,Cliente,CompanyName from TabHeader With (NoLock) Where " + Key().Condition());
     if (rows.Eof()) return true;
-    cliente = rows.Text("Cliente");
+    replaced = Replaced{std::string(rows.Text("Cliente")), std::string(rows.Text("CompanyName"))};
     return Confirmed("Período já Configurado.\nSubstituir o existente?");
+  }
+
+  void LogDeletion(std::string_view companyName) {
+    const std::string text = periods::LogText(Key().fiscalYear, companyName);
+    security::InsertLog(context_, {security::module::kTables, security::action::kDelete, text,
+                                   security::FormCaption("frmWizard")});
   }
 
   bool RunSteps() {

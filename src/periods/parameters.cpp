@@ -5,6 +5,8 @@
 #include "data/editable_recordset.h"
 #include "periods/company_connection.h"
 #include "periods/parameter_columns.h"
+#include "security/activity_log.h"
+#include "security/rights_catalogue.h"
 #include "session/lookups.h"
 #include "toolkit/text.h"
 
@@ -71,6 +73,13 @@ void Write(const Context& context, data::Connection& company, Parameters paramet
   transaction.Commit();
 }
 
+void LogSave(const Context& context, bool added) {
+  const std::string_view caption = security::FormCaption("frmParamGeral");
+  security::InsertLog(context,
+                      {security::module::kTables, added ? security::action::kNew : security::action::kChange,
+                       caption, caption});
+}
+
 }  // namespace
 
 std::optional<Parameters> ReadParameters(data::Connection& company) {
@@ -98,7 +107,9 @@ bool GravarParametros(const Context& context, const Parameters& parameters,
   WarnOfBothBalances(context.dialogs, parameters);
   const auto company = OpenCompany(context);
   if (!company) return false;
+  const bool added = !session::VerSeExiste(*company, "select NumRegisto from ParamGeral");
   Write(context, *company, parameters, warehouses);
+  LogSave(context, added);
   LoadSessionParameters(context, *company);
   return true;
 }

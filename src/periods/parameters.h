@@ -48,7 +48,7 @@ std::optional<Parameters> ReadParameters(data::Connection& company);
 bool LoadSessionParameters(const session::Context& context, data::Connection& company);
 
 /// `cmdGravar` of the parameters: checks, saves row and warehouses in one transaction, reloads the session's
-/// values. False when a check failed, which is said, or the company did not open, which is shown. On
+/// values, and logs it. False when a check failed, which is said, or the company did not open, which is shown. On
 /// data::Error nothing has changed.
 bool GravarParametros(const session::Context& context, const Parameters& parameters,
                       std::span<const Warehouse> warehouses);

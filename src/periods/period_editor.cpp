@@ -7,6 +7,8 @@
 #include "databases/version.h"
 #include "periods/company_connection.h"
 #include "periods/staged_tables.h"
+#include "security/activity_log.h"
+#include "security/rights_catalogue.h"
 #include "session/lookups.h"
 #include "toolkit/dates.h"
 #include "toolkit/text.h"
@@ -19,6 +21,7 @@ using session::Context;
 using toolkit::Icon;
 
 constexpr std::string_view kAttention = "ATENÇÃO :";
+constexpr std::string_view kListForm = "frmTabHeader";
 
 PeriodHeader NewHeader(const Context& context, data::Connection& company) {
   PeriodHeader header;
@@ -116,6 +119,15 @@ bool Write(const Context& context, data::Connection& company, HeaderMode mode, P
   return true;
 }
 
+void LogSave(const Context& context, HeaderMode mode, const PeriodHeader& header) {
+  const bool added = mode == HeaderMode::New;
+  const std::string text = LogText(header["FiscalYear"], header["CompanyName"]);
+  const std::string caption = fmt::format("{} - {}", security::FormCaption(kListForm),
+                                          added ? "Entrada de Registos :" : "Alteração de Registo :");
+  security::InsertLog(context, {security::module::kTables,
+                                added ? security::action::kNew : security::action::kChange, text, caption});
+}
+
 PeriodListItem ReadItem(const session::SessionRecord& session, const data::Recordset& row) {
   PeriodListItem item;
   item.numRegisto = row.Integer("NumRegisto");
@@ -141,10 +153,14 @@ bool ConfirmDeletion(toolkit::Dialogs& dialogs, const PeriodListItem& item) {
   // The closing apostrophe is missing, and stays so.
   return dialogs.ConfirmDeletion(
       "Confirmar Eliminação :",
-      fmt::format("Pretende Eliminar o Registo '{} - {}?", item.period.fiscalYear, item.companyName));
+      fmt::format("Pretende Eliminar o Registo '{}?", LogText(item.period.fiscalYear, item.companyName)));
 }
 
 }  // namespace
+
+std::string LogText(std::string_view fiscalYear, std::string_view companyName) {
+  return fmt::format("{} - {}", fiscalYear, companyName);
+}
 
 std::optional<OpenedHeader> OpenHeader(const Context& context, HeaderMode mode, std::int64_t numRegisto) {
   const auto company = OpenCompany(context);
@@ -176,7 +192,10 @@ bool GravarHeader(const Context& context, HeaderMode mode, PeriodHeader& header)
     context.dialogs.Focus("StartDate");
     return false;
   }
-  if (Write(context, *company, mode, header)) return true;
+  if (Write(context, *company, mode, header)) {
+    LogSave(context, mode, header);
+    return true;
+  }
   context.dialogs.Message(Icon::Warning, "Esse Registo foi Eliminado por Outro Utilizador !", kAttention);
   return false;
 }
@@ -212,6 +231,9 @@ bool EliminarHeader(const Context& context, const std::vector<PeriodListItem>& s
   data::Transaction transaction(*company);
   DeletePeriodRows(*company, item.period, item.cliente, true);
   transaction.Commit();
+  const std::string text = LogText(item.period.fiscalYear, item.companyName);
+  security::InsertLog(context, {security::module::kTables, security::action::kDelete, text,
+                                security::FormCaption(kListForm)});
   return true;
 }
 

@@ -26,8 +26,11 @@ std::optional<OpenedHeader> OpenHeader(const session::Context& context, HeaderMo
                                        std::int64_t numRegisto);
 
 /// `cmdGravar` in the modes New and Change: checks and saves what was opened with `canSave`. False when a check failed or the row has gone,
-/// both told through the dialogs. On success `header.numRegisto` is the row's key.
+/// both told through the dialogs. On success `header.numRegisto` is the row's key, and the save is logged.
 bool GravarHeader(const session::Context& context, HeaderMode mode, PeriodHeader& header);
+
+/// How a period is told in the activity log.
+std::string LogText(std::string_view fiscalYear, std::string_view companyName);
 
 /// A row of the list of periods.
 struct PeriodListItem {
@@ -48,8 +51,8 @@ std::vector<PeriodListItem> ListPeriods(const session::Context& context, data::C
 std::optional<PeriodListItem> FindPeriod(const session::Context& context, data::Connection& company,
                                          const PeriodKey& period);
 
-/// `cmdEliminar`: warns, asks, and deletes a period with all that is staged for it. False when it was not
-/// done.
+/// `cmdEliminar`: warns, asks, and deletes a period with all that is staged for it, which is logged. False when it was
+/// not done.
 bool EliminarHeader(const session::Context& context, const std::vector<PeriodListItem>& selected);
 
 }  // namespace korvel::periods

@@ -152,6 +152,11 @@ const CatalogueForm* FindForm(std::string_view name) {
   return found == std::end(kForms) ? nullptr : found;
 }
 
+std::string_view FormCaption(std::string_view name) {
+  const CatalogueForm* form = FindForm(name);
+  return form ? form->caption : std::string_view();
+}
+
 bool IsGuardable(std::string_view name, std::string_view caption) {
   const std::string lower = toolkit::Lower(name);
   return lower.starts_with("cmd") && lower != "cmdsim" && lower != "cmdnao" && IsGuardableCaption(caption);

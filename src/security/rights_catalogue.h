@@ -28,6 +28,8 @@ struct CatalogueForm {
 std::span<const CatalogueForm> RightsCatalogue();
 /// Null for a form that is not guarded; any case of letters.
 const CatalogueForm* FindForm(std::string_view name);
+/// "" for a form that is not guarded.
+std::string_view FormCaption(std::string_view name);
 
 /// Whether a button gets a right: its name begins with "cmd" and is no answer of a confirmation, its caption neither
 /// leaves the form nor is a mere sign.
