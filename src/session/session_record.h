@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "toolkit/numbers.h"
 
@@ -29,6 +31,11 @@ struct SessionRecord {
   std::string gCmdLogin;  // not empty: an unattended run
   std::string gCmdEmpresa;
 
+  std::string gListaEmpresas;  // "<code>:<code> - <description>;" for each company of the selection
+  std::string gNomeEntidade;
+  std::string gFtpServer;
+  std::string gSmtpServer;
+
   std::string gAnoAberto;
   int gCasasDec = 2;
   bool gContinuaAdicionar = false;
@@ -39,6 +46,17 @@ struct SessionRecord {
   std::string gFormatoData = "dd-MM-yyyy";
   std::string gSepData = "-";
   std::string gSepHora = ":";
+
+  std::int16_t gPapel = kPaperA4;  // of the default printer, as Windows numbers them
+  std::int16_t gOrientacao = kPortrait;
+
+  static constexpr std::int16_t kPaperA4 = 9;
+  static constexpr std::int16_t kPortrait = 1;
+  static constexpr std::string_view gTiposSistema =
+      "I:Integrados - Facturação e Contabilidade;F:Facturação;C:Contabilidade;";
+  static constexpr std::array<std::string_view, 12> gMeses = {
+      "Janeiro", "Fevereiro", "Março",    "Abril",   "Maio",     "Junho",
+      "Julho",   "Agosto",    "Setembro", "Outubro", "Novembro", "Dezembro"};
 
   toolkit::Marks Marks() const { return {gSepDecimal, gSepMilhar, gAgrupamento}; }
 };

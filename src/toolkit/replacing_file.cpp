@@ -10,7 +10,8 @@
 #include <atomic>
 #include <cerrno>
 #include <system_error>
-#include <utility>
+
+#include "toolkit/descriptor.h"
 
 namespace korvel::toolkit {
 namespace {
@@ -20,24 +21,6 @@ namespace fs = std::filesystem;
 constexpr std::string_view kTemporaryPrefix = ".korvel-";
 constexpr std::string_view kTemporarySuffix = ".tmp";
 constexpr std::size_t kCopyBytes = 64 * 1024;
-
-/// A descriptor that closes itself.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int Number() const { return number_; }
-  bool IsOpen() const { return number_ >= 0; }
-  int Release() { return std::exchange(number_, -1); }
-
- private:
-  int number_;
-};
 
 fs::path FolderOf(const fs::path& target) {
   return target.has_parent_path() ? target.parent_path() : fs::path(".");
