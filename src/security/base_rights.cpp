@@ -65,14 +65,18 @@ bool CriaAcessosBase(const Context& context) {
   if (!Confirmed(context, "Confirma a Criação ?")) return false;
   session::ConnectionPtr config;
   if (!session::AbreConfig(context, config)) return false;
-  AccCreateAPP(*config, kProgramFile, kBaseSet.user, kBaseSet.company);
+  CreateBaseRights(context, *config);
+  return true;
+}
+
+void CreateBaseRights(const Context& context, data::Connection& config) {
+  AccCreateAPP(config, kProgramFile, kBaseSet.user, kBaseSet.company);
   const auto forms = RightsCatalogue();
   toolkit::ProgressScope progress(context.progress, "Criação de Acessos Base", std::ssize(forms));
   for (const CatalogueForm& form : forms) {
-    AccGetBotoes(*config, kBaseSet.user, kBaseSet.company, form, "", true);
+    AccGetBotoes(config, kBaseSet.user, kBaseSet.company, form, "", true);
     progress.Step([&] { return form.caption; });
   }
-  return true;
 }
 
 bool EliminaAcessos(const Context& context) {

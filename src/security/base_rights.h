@@ -24,8 +24,9 @@ void AccGetBotoes(data::Connection& config, std::string_view user, std::string_v
 bool AccCopiaAcessosBase(const session::Context& context, data::Connection& config, std::string_view user,
                          std::string_view company);
 
-/// `mnuCriaAcc`: asks, then makes or refreshes the base set from the catalogue. False when it was refused or the
-/// configuration did not open.
+/// Makes or refreshes the base set from the catalogue.
+void CreateBaseRights(const session::Context& context, data::Connection& config);
+/// `mnuCriaAcc`: asks, and does so. False when it was refused or the configuration did not open.
 bool CriaAcessosBase(const session::Context& context);
 /// `mnuEliacessos`: asks, then empties `Acessos`: everybody's rights go with the base set.
 bool EliminaAcessos(const session::Context& context);

@@ -24,10 +24,10 @@ struct LogFilter {
   std::string utilizador{kEveryUser};
   std::string modulo{kEveryCode};
   std::string accao{kEveryCode};
-  std::string dataInicial;
-  std::string dataFinal;
-  std::string horaInicial;
-  std::string horaFinal;
+  std::string dataInicial = {};
+  std::string dataFinal = {};
+  std::string horaInicial = {};
+  std::string horaFinal = {};
 };
 /// The form as it opens: all lines of today and the two days before.
 LogFilter DefaultLogFilter(const toolkit::Clock& clock);
