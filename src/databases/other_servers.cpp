@@ -6,12 +6,11 @@
 #include "databases/companies.h"
 #include "databases/company_upgrade.h"
 #include "databases/config_upgrade.h"
-#include "databases/sql_admin.h"
+#include "databases/installations.h"
 #include "databases/upgrade_all.h"
 #include "session/connections.h"
 #include "session/failures.h"
 #include "toolkit/progress_scope.h"
-#include "toolkit/scramble.h"
 #include "toolkit/text.h"
 
 namespace korvel::databases {
@@ -20,39 +19,11 @@ namespace {
 
 using toolkit::Icon;
 
-/// A row of `FirmasImo`.
-struct Installation {
-  std::string code;
-  std::string server;
-  std::string login;
-  std::string password;
-};
-
-std::vector<Installation> Installations(data::Connection& config) {
-  std::vector<Installation> all;
-  if (!SQLCheckTable(config, "FirmasImo")) return all;
-  auto rows = config.Query("select * from FirmasImo order by server,codigo");
-  for (; !rows.Eof(); rows.MoveNext()) {
-    const auto text = [&](std::string_view column) { return std::string(toolkit::Trim(rows.Text(column))); };
-    all.push_back({text("Codigo"), text("Server"), text("UID"), toolkit::Encrypt(rows.Text("PWD"))});
-  }
-  return all;
-}
-
-session::SessionRecord SessionOf(const session::Context& context, const Installation& installation) {
-  session::SessionRecord session = context.session;
-  session.gServidor = installation.server;
-  session.gLogin = installation.login;
-  session.gPassword = installation.password;
-  session.gAutenticacaoWindows = false;
-  session.gBaseDados = CompanyDatabase(installation.code);
-  return session;
-}
-
 /// Runs `work(context)` as that installation's own login.
 template <typename Work>
 bool As(const session::Context& context, const Installation& installation, Work&& work) {
-  session::SessionRecord session = SessionOf(context, installation);
+  session::SessionRecord session = SessionOf(context.session, installation);
+  session.gBaseDados = CompanyDatabase(installation.code);
   return work(session::Context{session, context.servers, context.dialogs, context.progress, context.settings,
                                context.clock});
 }

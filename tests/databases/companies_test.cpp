@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "databases/config_upgrade.h"
 #include "support/scripted_world.h"
 
 namespace korvel::databases {
@@ -40,7 +41,7 @@ TEST_F(Companies, NewMainCompanyTakesTheFlagFromTheOthers) {
 }
 
 TEST_F(Companies, FirstCodeOffered) {
-  EnsureConfigDatabase(*server.Open());
+  ASSERT_TRUE(EnsureConfigDatabase(context));
   EXPECT_EQ(NextCompanyCode(*server.Open("KorvelConfig")), "0001");
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "databases/company_upgrade.h"
+#include "databases/table_columns.h"
 #include "support/scripted_world.h"
 
 namespace korvel::databases {
@@ -9,11 +10,10 @@ namespace {
 
 struct Expected {
   std::string_view table;
-  std::string_view columns;  // behind NumRegisto: a type, then the columns that have it
+  std::string_view columns;  // as TableColumns writes them
 };
 
-/// v: varchar, m: money, si: smallint, sd: smalldatetime, t: text. The logins of the sources come out as wide as
-/// every login.
+/// The logins of the sources come out as wide as every login.
 constexpr Expected kExpected[] = {
     {"ParamGeral",
      "v50: Servidor_Brevant v128: Login_Brevant v50: Password_Brevant DBase_Brevant "
@@ -90,35 +90,6 @@ constexpr Expected kExpected[] = {
      "SelfBillingIndicator TaxCountryRegion v60: TaxExemptionReason v30: TaxAmount v10: Cliente"},
 };
 
-std::string TypeName(const data::Field& field) {
-  switch (field.type) {
-    case data::Type::Varchar:
-      return fmt::format("v{}", field.length);
-    case data::Type::Money:
-      return "m";
-    case data::Type::SmallInt:
-      return "si";
-    case data::Type::SmallDateTime:
-      return "sd";
-    case data::Type::Text:
-      return "t";
-    default:
-      return fmt::format("type {}", static_cast<int>(field.type));
-  }
-}
-
-std::string Columns(data::Connection& company, std::string_view table) {
-  const auto rows = company.Query(fmt::format("select * from {}", table));
-  std::string columns;
-  std::string type;
-  for (const data::Field& field : rows.Fields().subspan(1)) {
-    if (TypeName(field) != type) columns += fmt::format("{}{}:", type.empty() ? "" : " ", TypeName(field));
-    type = TypeName(field);
-    columns += " " + field.name;
-  }
-  return columns;
-}
-
 class CompanySchemaTest : public testing::Test {
  protected:
   CompanySchemaTest() {
@@ -134,7 +105,7 @@ TEST_F(CompanySchemaTest, HasEveryTableColumnAndType) {
   ASSERT_TRUE(result.ran);
   const auto company = server.Open("Korvel0001");
   for (const Expected& expected : kExpected) {
-    EXPECT_EQ(Columns(*company, expected.table), expected.columns) << expected.table;
+    EXPECT_EQ(test::TableColumns(*company, expected.table), expected.columns) << expected.table;
     const auto rows = company->Query(fmt::format("select * from {}", expected.table));
     EXPECT_EQ(rows.Fields().front().name, "NumRegisto");
     EXPECT_EQ(rows.Fields().front().precision, 18);
