@@ -24,9 +24,10 @@ bool IsEmbedded(std::string_view server) {
 std::unique_ptr<Connection> Open(const ServerSettings& settings, const ConnectionString& target,
                                  std::string_view password, int timeoutSeconds) {
   if (!IsEmbedded(target.server)) return OpenOdbc(settings.odbcDriver, target, password, timeoutSeconds);
-  return OpenEmbedded(settings.embeddedFolder, std::string_view(target.server).substr(kEmbeddedHost.size()),
-                      target, password, timeoutSeconds,
-                      settings.makesEmbedded ? MissingServer::Make : MissingServer::Refuse);
+  const EmbeddedHost host{settings.embeddedFolder, target.server.substr(kEmbeddedHost.size()),
+                          settings.makesEmbedded ? MissingServer::Make : MissingServer::Refuse,
+                          settings.embeddedVersion};
+  return OpenEmbedded(host, target, password, timeoutSeconds);
 }
 
 }  // namespace

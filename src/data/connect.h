@@ -15,6 +15,8 @@ struct ServerSettings {
   std::filesystem::path embeddedFolder;
   /// Whether opening `master` of an embedded server that is not there makes it; otherwise there is no such server.
   bool makesEmbedded = false;
+  /// Version that embedded servers tell, as SQL Server writes it.
+  std::string embeddedVersion = "9.00.5000.00";
   /// Name of the ODBC driver for all other servers.
   std::string odbcDriver = "FreeTDS";
   /// Told every statement that any connection sends; may be empty.

@@ -45,6 +45,7 @@ ConnectionString ConnectionString::Parse(std::string_view text) {
     if (name == "data source") parts.server = value;
     if (name == "initial catalog") parts.database = value;
     if (name == "user id") parts.login = value;
+    if (name == "application name") parts.application = value;
     if (name == "integrated security") parts.integratedSecurity = Lower(value) == "sspi";
   }
   return parts;

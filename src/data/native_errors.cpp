@@ -46,6 +46,9 @@ constexpr NativeError kErrors[] = {
     {230, Failure::Permission, "42000"},    // right on a column
     {262, Failure::Permission, "42000"},    // right to a statement
     {916, Failure::Permission, "42000"},    // right to a database
+    {3704, Failure::Permission, "42000"},   // right to an object's definition
+    {5011, Failure::Permission, "42000"},   // right to a database's state
+    {6102, Failure::Permission, "42000"},   // right to end processes
     {15151, Failure::Permission, "42000"},  // principal missing or no right to it
     {15247, Failure::Permission, "42000"},  // no right to the action
     {1222, Failure::Timeout, "HYT00"},      // lock time-out
@@ -62,6 +65,8 @@ constexpr NativeError kErrors[] = {
     {8134, Failure::Statement, "22012"},    // division by zero
     {824, Failure::NoServer, "HY000"},      // damaged page
     {823, Failure::NoServer, "HY000"},      // reading or writing failed
+    {596, Failure::NoServer, "08S01"},      // killed by another connection
+    {17809, Failure::NoServer, "08004"},    // no more connections
     {1101, Failure::NoServer, "HY000"},     // no room on the disk
 };
 

@@ -21,16 +21,25 @@ bool SameName(std::string_view a, std::string_view b) {
 Recordset::Recordset(std::unique_ptr<Cursor> cursor, std::shared_ptr<void> lease)
     : lease_(std::move(lease)), cursor_(std::move(cursor)) {
   if (cursor_->Fields().empty()) {
-    NextRecordset();
+    changed_ = cursor_->Changed().value_or(0);
+    SkipToRows();
   } else {
     MoveNext();
   }
 }
 
 bool Recordset::NextRecordset() {
+  changed_ = 0;
+  return SkipToRows();
+}
+
+bool Recordset::SkipToRows() {
   eof_ = true;
   while (cursor_->NextRowSet()) {
-    if (cursor_->Fields().empty()) continue;
+    if (cursor_->Fields().empty()) {
+      changed_ = cursor_->Changed().value_or(changed_);
+      continue;
+    }
     MoveNext();
     return true;
   }

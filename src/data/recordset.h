@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,6 +22,8 @@ class Cursor {
   virtual bool Next() = 0;
   /// Goes to the next row set of a batch; false behind the last.
   virtual bool NextRowSet() = 0;
+  /// Rows that the current statement of a batch has changed; nothing where the server does not tell.
+  virtual std::optional<std::int64_t> Changed() const = 0;
 
   virtual bool IsNull(std::size_t column) const = 0;
   /// The value as the server converts it to text; the view lives until the next call of Next or NextRowSet,
@@ -43,6 +46,8 @@ class Recordset {
   void MoveNext() { eof_ = !cursor_->Next(); }
   /// Goes to the next row set that has columns; false when there is none.
   bool NextRecordset();
+  /// Rows changed by the statements without rows that were passed over on the way here: the last one's count.
+  std::int64_t Changed() const { return changed_; }
 
   std::span<const Field> Fields() const { return cursor_->Fields(); }
   /// Throws Error for a column that the result does not have.
@@ -64,9 +69,12 @@ class Recordset {
   Value Get(std::string_view column) const { return Get(IndexOf(column)); }
 
  private:
+  bool SkipToRows();
+
   std::shared_ptr<void> lease_;
   std::unique_ptr<Cursor> cursor_;
   bool eof_ = true;
+  std::int64_t changed_ = 0;
 };
 
 }  // namespace korvel::data

@@ -45,7 +45,7 @@ class Contract : public testing::TestWithParam<const char*> {
 /// The Error that a call throws; nothing when it throws none.
 std::optional<data::Error> ErrorOf(const std::function<void()>& call);
 
-inline const auto kAllDrivers = testing::Values("embedded", "odbc-sqlite", "sqlserver");
+inline const auto kAllDrivers = testing::Values("embedded", "odbc-sqlite", "tds", "sqlserver");
 std::string DriverName(const testing::TestParamInfo<const char*>& driver);
 
 }  // namespace korvel::test

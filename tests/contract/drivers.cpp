@@ -8,6 +8,7 @@
 #include "data/embedded/open.h"
 #include "data/odbc/odbc_connection.h"
 #include "data/odbc/open.h"
+#include "support/tds/tds_server.h"
 #include "support/temp_folder.h"
 
 namespace korvel::test {
@@ -34,9 +35,10 @@ class EmbeddedDriver final : public Driver {
  private:
   std::unique_ptr<Connection> OpenDatabase(std::string_view server, std::string_view database,
                                            std::string_view password) const {
-    const ConnectionString target{"(LOCALDB)\\" + std::string(server), std::string(database), "sa", false};
-    return data::OpenEmbedded(folder_.Path(), server, target, password, kTimeoutSeconds,
-                              data::MissingServer::Make);
+    const ConnectionString target{
+        "(LOCALDB)\\" + std::string(server), std::string(database), "sa", false};
+    return data::OpenEmbedded({folder_.Path(), std::string(server), data::MissingServer::Make}, target,
+                              password, kTimeoutSeconds);
   }
 
   TempFolder folder_;
@@ -63,6 +65,34 @@ class SqliteDriver final : public Driver {
   }
 
   TempFolder folder_;
+};
+
+/// Our ODBC driver over a TDS server that hands every statement to an embedded one.
+class TdsDriver final : public Driver {
+ public:
+  TdsDriver() { OpenDatabase(server_.Address(), "master", "")->Execute("create database Contrato"); }
+  bool Has(Feature feature) const override { return feature != Feature::LateChecks; }
+
+  std::unique_ptr<Connection> Open() override { return OpenDatabase(server_.Address(), kDatabase, ""); }
+  std::unique_ptr<Connection> OpenUnknownServer() override {
+    return OpenDatabase("nao-existe.invalid", kDatabase, "");
+  }
+  std::unique_ptr<Connection> OpenUnknownDatabase() override {
+    return OpenDatabase(server_.Address(), "NaoHa", "");
+  }
+  std::unique_ptr<Connection> OpenWithPassword(std::string_view wrong) override {
+    return OpenDatabase(server_.Address(), kDatabase, wrong);
+  }
+
+ private:
+  static std::unique_ptr<Connection> OpenDatabase(const std::string& address, std::string_view database,
+                                                  std::string_view password) {
+    return data::OpenOdbc("FreeTDS", {address, std::string(database), "sa", false, {}}, password,
+                          kTimeoutSeconds);
+  }
+
+  TempFolder folder_;
+  tds::TdsServer server_{folder_.Path(), "CONTRATO"};
 };
 
 /// A SQL Server named by "host;port;login;password". The database is made for the case and dropped behind it.
@@ -100,7 +130,7 @@ class SqlServerDriver final : public Driver {
   }
   std::unique_ptr<Connection> OpenDatabase(const std::string& host, std::string_view database,
                                            std::string_view password) const {
-    return data::OpenOdbc("FreeTDS", {host + ',' + port_, std::string(database), login_, false}, password,
+    return data::OpenOdbc("FreeTDS", {host + ',' + port_, std::string(database), login_, false, {}}, password,
                           kTimeoutSeconds);
   }
 
@@ -134,6 +164,7 @@ std::string_view NameOf(Feature feature) {
 std::unique_ptr<Driver> MakeDriver(std::string_view name) {
   if (name == "embedded") return std::make_unique<EmbeddedDriver>();
   if (name == "odbc-sqlite") return std::make_unique<SqliteDriver>();
+  if (name == "tds") return std::make_unique<TdsDriver>();
   if (name != "sqlserver") throw std::logic_error("No such driver: " + std::string(name));
   const char* server = std::getenv("KORVEL_SQLSERVER");
   return server != nullptr ? std::make_unique<SqlServerDriver>(server) : nullptr;

@@ -36,7 +36,7 @@ class Driver {
   virtual std::unique_ptr<data::Connection> OpenWithPassword(std::string_view wrong) = 0;
 };
 
-/// By name: "embedded", "odbc-sqlite" or "sqlserver"; nothing for a SQL Server that no variable names.
+/// By name: "embedded", "odbc-sqlite", "tds" or "sqlserver"; nothing for a SQL Server that no variable names.
 std::unique_ptr<Driver> MakeDriver(std::string_view name);
 
 }  // namespace korvel::test

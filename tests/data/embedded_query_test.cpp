@@ -147,7 +147,7 @@ TEST_F(EmbeddedQuery, DescribesItselfThroughSystemTablesAndProcedures) {
                  {"Select Name from SysDatabases", "master/BASE"},
                  {"select name from master..sysdatabases where name like 'ba%'", "BASE"},
                  {"Select Name from SysDataBases Where upper(Name)='BASE'", "BASE"},
-                 {"select name from master.dbo.syslogins where sysadmin=1", "sa"},
+                 {"select name from master.dbo.syslogins where sysadmin=1", "BUILTIN\\Administrators/sa"},
                  {"select a=count(name) from sysobjects where xtype='U'", "2"},
                  {"Select Object_name(Id) as ObjectName, Name from syscolumns where (name like 'tip%')",
                   "Contas|Tipo"},

@@ -45,6 +45,8 @@ EmbeddedBatch::EmbeddedBatch(std::shared_ptr<Session> session, std::string_view 
   // Every value is announced as text, so that each has a slot of its column's type, whatever comes in the row.
   const ParameterTypes types(columns.size(), Varchar(kMaxVarchar));
   Translation translation = TranslateInsert(InsertOf(table, columns), session_->Around(), types);
+  need_.writes = translation.writes;
+  session_->RequireFor(need_, false);
   statement_ = database_->File().Prepare(translation.sql);
   slots_ = std::move(translation.slots);
   scratch_.resize(slots_.size());
@@ -63,8 +65,12 @@ EmbeddedBatch::~EmbeddedBatch() {
 void EmbeddedBatch::Add(Parameters row) {
   if (row.size() != given_)
     throw Failed(Code::ColumnCount, "A linha tem um número de valores diferente do de colunas");
+  session_->RequireAlive();
   Store& file = database_->File();
-  if (!file.InTransaction()) file.Run("BEGIN IMMEDIATE");
+  if (!file.InTransaction()) {
+    session_->RequireFor(need_, false);
+    file.Run("BEGIN IMMEDIATE");
+  }
   if (session_->Values().transactionCount == 0) ++pending_;
   for (std::size_t i = 0; i < given_; ++i) Bind(i, row[i]);
   BindDefaults();
@@ -104,7 +110,7 @@ void EmbeddedBatch::BindConverted(std::size_t i, const Parameter& value) {
 void EmbeddedBatch::BindDefaults() {
   if (slots_.size() == given_) return;
   const std::vector<Slot> rest(slots_.begin() + static_cast<std::ptrdiff_t>(given_), slots_.end());
-  BindSlots(statement_, rest, {}, session_->Values(), defaults_, static_cast<int>(given_));
+  BindSlots(statement_, rest, {session_->Values(), {}, {}}, defaults_, static_cast<int>(given_));
 }
 
 void EmbeddedBatch::Finish() {

@@ -33,6 +33,7 @@ class EmbeddedBatch : public BatchInsert {
   Prepared statement_;
   std::vector<Slot> slots_;
   std::size_t given_ = 0;
+  Translation need_;  // what it writes, nothing else of it
   std::vector<OwnedStored> defaults_;
   std::vector<std::string> scratch_;  // one a column, for values that are not text already
   std::size_t pending_ = 0;

@@ -7,14 +7,48 @@
 
 namespace korvel::data::embedded {
 
-/// Statements: those that read and change rows and settings (parser.cpp), and definitions (parser_definition.cpp).
+/// Statements: those that read and change rows and settings (parser.cpp), definitions (parser_definition.cpp), and
+/// variables, control of flow and procedures (parser_program.cpp).
 class BatchParser : public ExpressionParser {
  public:
   using ExpressionParser::ExpressionParser;
 
   Batch Run();
+  /// A text that begins with CREATE PROCEDURE.
+  StoredProcedure RunProcedure();
 
  private:
+  struct Loop {
+    std::size_t start;
+    std::vector<std::size_t> leaves;  // jumps to behind it
+  };
+
+  Batch TakeBatch();
+  void Statements();
+  void ParseStatement();
+  /// A statement that is part of another one.
+  void InnerStatement();
+  void Block();
+  void If();
+  void While();
+  void LeaveLoop(bool forGood);
+  void Declare();
+  void ParseSelect();
+  void ParseReturn();
+  bool StartsValue() const;
+  template <typename Step>
+  std::size_t Add(Step step);
+  /// Lets a Branch or Jump go on at the statement that comes next.
+  void LandHere(std::size_t step);
+  bool StartsProcedure() const;
+  CreateProcedure ParseCreateProcedure();
+  ObjectName ProcedureHead(std::vector<ProcedureParameter>& parameters);
+  ProcedureParameter Parameter();
+  void ProcedureOptions();
+  Call ParseCall();
+  Argument CallArgument();
+  ExprPtr ArgumentValue();
+
   Statement OneStatement();
   Statement Data();
   Statement Definition();
@@ -38,9 +72,19 @@ class BatchParser : public ExpressionParser {
   Statement AlterAdd(ObjectName table);
   Statement AlterDrop(ObjectName table);
   Statement Transaction();
+  // Over the server itself (parser_server.cpp).
+  CreateLogin ParseCreateLogin();
+  void LoginOption(CreateLogin& create);
+  AlterLogin ParseAlterLogin();
+  SetDatabaseState ParseAlterDatabase();
+  DatabaseState ExpectState();
+  std::string ExpectText();
   Statement SetOption();
-  Call Procedure();
-  ExprPtr ArgumentValue();
+
+  Batch batch_;
+  std::vector<Loop> loops_;
+  int blocks_ = 0;
+  bool inProcedure_ = false;
 };
 
 }  // namespace korvel::data::embedded

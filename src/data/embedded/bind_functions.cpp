@@ -152,10 +152,13 @@ Bound Session(const Site& site) {
   return site.binder.SlotOf(source, type);
 }
 
-/// Server roles: the administrator is in all of them, other logins in none.
-Bound IsServerRoleMember(const Site& site) {
-  site.Text(0);
-  return site.binder.SlotOf(Slot::Source::SysAdmin, kInt);
+/// What the server tells of itself and of the session (server_facts.h), with up to two texts as arguments.
+template <bool number>
+Bound Fact(const Site& site) {
+  std::string arguments;
+  for (std::size_t i = 0; i < 2; ++i) arguments += "," + (i < site.Count() ? site.Text(i).sql : "''");
+  return ExpressionOf(fmt::format("t_fact('{}'{})", site.call.text, arguments),
+                      number ? kInt : Varchar(kNameLength));
 }
 
 Bound ObjectName(const Site& site) {
@@ -165,9 +168,9 @@ Bound ObjectName(const Site& site) {
 Bound ObjectId(const Site& site) {
   const Bound name = site.Text(0);
   const auto* text = std::get_if<std::string>(&name.constant);
-  const Object* object = text == nullptr ? nullptr : site.binder.Around().catalogue->Find(*text);
+  const auto id = text == nullptr ? std::nullopt : site.binder.Around().catalogue->IdOf(*text);
   site.binder.MarkOnce();
-  return object == nullptr ? NullOf(kInt) : ConstantOf(object->id, kInt);
+  return id ? ConstantOf(*id, kInt) : NullOf(kInt);
 }
 
 /// The argument of an aggregate, in which names need not be grouped.
@@ -271,7 +274,12 @@ constexpr Function kFunctions[] = {
     {"scope_identity", 0, 0, Session<Slot::Source::ScopeIdentity>},
     {"suser_sname", 0, 0, Session<Slot::Source::Login>},
     {"db_name", 0, 0, Session<Slot::Source::Database>},
-    {"is_srvrolemember", 1, 1, IsServerRoleMember},
+    {"is_srvrolemember", 1, 2, Fact<true>},
+    {"is_member", 1, 1, Fact<true>},
+    {"user_name", 0, 0, Fact<false>},
+    {"host_name", 0, 0, Fact<false>},
+    {"app_name", 0, 0, Fact<false>},
+    {"databasepropertyex", 2, 2, Fact<false>},
     {"object_name", 1, 1, ObjectName},
     {"object_id", 1, 1, ObjectId},
     {"count", 1, 1, Count, true},

@@ -142,6 +142,7 @@ std::vector<VisibleColumn> ColumnsOfRows(const RowTable& table, const std::strin
 std::string SelectPrinter::PrintTable(const Source& source) {
   const std::string alias = source.alias.empty() ? source.table.name : source.alias;
   if (const Object* object = FindObject(source.table, binder_.Around())) {
+    binder_.MarkReads(*object);
     std::vector<VisibleColumn> columns;
     for (const Column& column : object->columns) {
       const std::string name = object->view ? fmt::format("c{}", column.ordinal) : column.name;
@@ -387,6 +388,7 @@ Translation TranslateQuery(const Query& query, const Surroundings& around, const
   }
   translation.slots = std::move(binder.Slots());
   translation.once = binder.Once();
+  translation.reads = binder.Reads();
   return translation;
 }
 

@@ -26,6 +26,11 @@ Scope ScopeOf(const Object& table) {
   return scope;
 }
 
+bool IsHere(const ObjectName& name, const Surroundings& around) {
+  const bool here = name.database.empty() || SameName(name.database, around.database);
+  return here && (name.owner.empty() || SameName(name.owner, "dbo"));
+}
+
 /// What a column gets when a statement gives it nothing.
 Bound DefaultOf(Binder& binder, const Column& column) {
   if (column.defaultText.empty()) return NullOf(column.type);
@@ -33,7 +38,9 @@ Bound DefaultOf(Binder& binder, const Column& column) {
   return binder.Scalar(*expr, Scope{});
 }
 
-void Finish(Binder& binder, Translation& translation) {
+void Finish(Binder& binder, Translation& translation, const Object& written) {
+  translation.reads = binder.Reads();
+  translation.writes = {written.name, written.id};
   translation.slots = std::move(binder.Slots());
   translation.once = binder.Once();
 }
@@ -52,6 +59,7 @@ class InsertPrinter {
     if (names.empty()) return head + " DEFAULT VALUES";
     return head + " (" + names + ") " + (insert_.query ? FromQuery() : FromRows());
   }
+  const Object& Table() const { return table_; }
   bool GivesIdentity() const { return table_.Identity() != nullptr; }
 
  private:
@@ -142,9 +150,11 @@ class InsertPrinter {
 }  // namespace
 
 const Object* FindObject(const ObjectName& name, const Surroundings& around) {
-  const bool here = name.database.empty() || SameName(name.database, around.database);
-  const bool owned = name.owner.empty() || SameName(name.owner, "dbo");
-  return here && owned ? around.catalogue->Find(name.name) : nullptr;
+  return IsHere(name, around) ? around.catalogue->Find(name.name) : nullptr;
+}
+
+const ProcedureEntry* FindProcedure(const ObjectName& name, const Surroundings& around) {
+  return IsHere(name, around) ? around.catalogue->FindProcedure(name.name) : nullptr;
 }
 
 const Object& WritableTable(const ObjectName& name, const Surroundings& around) {
@@ -161,7 +171,7 @@ Translation TranslateInsert(const Insert& insert, const Surroundings& around,
   Translation translation;
   translation.sql = printer.Run();
   translation.givesIdentity = printer.GivesIdentity();
-  Finish(binder, translation);
+  Finish(binder, translation, printer.Table());
   return translation;
 }
 
@@ -183,7 +193,8 @@ Translation TranslateUpdate(const Update& update, const Surroundings& around,
   Translation translation;
   translation.sql = "UPDATE " + QuoteName(table.name) + " SET " + changes;
   if (update.where) translation.sql += " WHERE " + binder.Condition(*update.where, scope);
-  Finish(binder, translation);
+  if (update.where) binder.MarkReads(table);
+  Finish(binder, translation, table);
   return translation;
 }
 
@@ -194,7 +205,8 @@ Translation TranslateDelete(const Delete& remove, const Surroundings& around,
   Translation translation;
   translation.sql = "DELETE FROM " + QuoteName(table.name);
   if (remove.where) translation.sql += " WHERE " + binder.Condition(*remove.where, ScopeOf(table));
-  Finish(binder, translation);
+  if (remove.where) binder.MarkReads(table);
+  Finish(binder, translation, table);
   return translation;
 }
 
@@ -205,7 +217,7 @@ Translation TranslateDefault(const Object& table, const Column& column, const Su
   Translation translation;
   translation.sql =
       fmt::format("UPDATE {} SET {}={}", QuoteName(table.name), QuoteName(column.name), value.sql);
-  Finish(binder, translation);
+  Finish(binder, translation, table);
   return translation;
 }
 

@@ -51,6 +51,7 @@ constexpr Variables kVariables[] = {
     {"@@rowcount", Slot::Source::RowCount, kInt},
     {"@@identity", Slot::Source::Identity, Numeric(38, 0)},
     {"@@trancount", Slot::Source::TransactionCount, kInt},
+    {"@@error", Slot::Source::LastError, kInt},
 };
 
 bool IsQualified(const Expr& name) {
@@ -215,9 +216,16 @@ Bound Binder::Number(const std::string& text) {
 }
 
 Bound Binder::Variable(const Expr& expr) {
+  if (expr.number >= 0) {
+    Bound bound = SlotOf(Slot::Source::Variable, expr.type);
+    slots_.back().parameter = expr.number;
+    return bound;
+  }
+  if (expr.text == "@@spid") return ExpressionOf("t_fact('@@spid','','')", ColumnType{Type::SmallInt}, false);
+  if (expr.text == "@@version") return ExpressionOf("t_fact('@@version','','')", Varchar(300), false);
   const auto* found = std::find_if(std::begin(kVariables), std::end(kVariables),
                                    [&](const Variables& variable) { return variable.name == expr.text; });
-  if (found == std::end(kVariables)) throw Failed(Code::NoColumn, "A variável " + expr.text + " não existe");
+  if (found == std::end(kVariables)) throw Failed(Code::NoVariable, "A variável '" + expr.text + "' não existe");
   return SlotOf(found->source, found->type);
 }
 

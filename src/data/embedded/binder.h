@@ -57,6 +57,10 @@ class Binder {
   std::vector<Slot>& Slots() { return slots_; }
   bool Once() const { return once_; }
   void MarkOnce() { once_ = true; }
+  const ObjectUse& Reads() const { return reads_; }
+  void MarkReads(const Object& object) {
+    if (reads_.id == 0) reads_ = {object.name, object.id};
+  }
 
   Bound Scalar(const Expr& expr, const Scope& scope);
   /// A WHERE, ON, HAVING or WHEN condition.
@@ -104,6 +108,7 @@ class Binder {
   const ParameterTypes& parameters_;
   std::vector<Slot> slots_;
   bool once_ = false;
+  ObjectUse reads_;
 };
 
 /// The type of two operands together, as in a comparison or the branches of a CASE.

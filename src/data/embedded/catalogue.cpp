@@ -5,6 +5,7 @@
 
 #include "data/embedded/errors.h"
 #include "data/embedded/store.h"
+#include "data/embedded/users.h"
 
 namespace korvel::data::embedded {
 namespace {
@@ -69,7 +70,12 @@ const KeyDefinition* Object::FindKey(std::string_view key) const {
 
 void Catalogue::Create(Store& store) {
   store.Run(kTables);
+  UserList::Create(store);
   store.Run("PRAGMA application_id=" + std::to_string(kApplicationId));
+}
+
+void Catalogue::RaiseVersion(Store& store) {
+  store.Run("PRAGMA user_version=" + std::to_string(VersionOf(store) + 1));
 }
 
 std::int64_t Catalogue::VersionOf(Store& store) {
@@ -89,8 +95,13 @@ std::shared_ptr<const Catalogue> Catalogue::Load(Store& store) {
 }
 
 void Catalogue::ReadObjects(Store& store) {
-  Prepared rows = store.Prepare(R"(SELECT id, name, kind FROM "$objects")");
+  Prepared rows = store.Prepare(R"(SELECT id, name, kind, text FROM "$objects")");
   while (rows.Step()) {
+    if (rows.Text(2) == "P") {
+      procedures_[LowerName(rows.Text(1))] = {rows.Integer(0), std::string(rows.Text(1)),
+                                              std::string(rows.Text(3))};
+      continue;
+    }
     Object& object = objects_[LowerName(rows.Text(1))];
     object.id = rows.Integer(0);
     object.name = rows.Text(1);
@@ -130,9 +141,23 @@ const Object* Catalogue::Find(std::string_view name) const {
   return found == objects_.end() ? nullptr : &found->second;
 }
 
-const Object* Catalogue::FindById(std::int64_t id) const {
-  const auto found = byId_.find(id);
-  return found == byId_.end() ? nullptr : found->second;
+const ProcedureEntry* Catalogue::FindProcedure(std::string_view name) const {
+  const auto found = procedures_.find(LowerName(name));
+  return found == procedures_.end() ? nullptr : &found->second;
+}
+
+std::optional<std::int64_t> Catalogue::IdOf(std::string_view name) const {
+  if (const Object* object = Find(name)) return object->id;
+  const ProcedureEntry* procedure = FindProcedure(name);
+  return procedure == nullptr ? std::nullopt : std::optional(procedure->id);
+}
+
+std::string Catalogue::NameOf(std::int64_t id) const {
+  if (const auto found = byId_.find(id); found != byId_.end()) return found->second->name;
+  for (const auto& [lower, procedure] : procedures_) {
+    if (procedure.id == id) return procedure.name;
+  }
+  return {};
 }
 
 }  // namespace korvel::data::embedded

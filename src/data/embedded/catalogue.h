@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +37,13 @@ struct Object {
   const KeyDefinition* FindKey(std::string_view key) const;
 };
 
+/// A stored procedure; it shares the names of tables and views.
+struct ProcedureEntry {
+  std::int64_t id = 0;
+  std::string name;
+  std::string text;  // from CREATE PROCEDURE on
+};
+
 /// What a database holds, read at one moment. Names compare without regard to case.
 class Catalogue {
  public:
@@ -45,12 +53,18 @@ class Catalogue {
   static std::shared_ptr<const Catalogue> Load(Store& store);
   /// The number that every change of a schema raises.
   static std::int64_t VersionOf(Store& store);
+  static void RaiseVersion(Store& store);
 
   std::int64_t Version() const { return version_; }
   const Object* Find(std::string_view name) const;
-  const Object* FindById(std::int64_t id) const;
   /// By lower-case name, in that order.
   const std::map<std::string, Object>& Objects() const { return objects_; }
+
+  const ProcedureEntry* FindProcedure(std::string_view name) const;
+  const std::map<std::string, ProcedureEntry>& Procedures() const { return procedures_; }
+  /// Of a table, a view or a procedure; nothing when there is none.
+  std::optional<std::int64_t> IdOf(std::string_view name) const;
+  std::string NameOf(std::int64_t id) const;
 
  private:
   void ReadObjects(Store& store);
@@ -60,6 +74,7 @@ class Catalogue {
   std::int64_t version_ = 0;
   std::map<std::string, Object> objects_;
   std::map<std::int64_t, Object*> byId_;
+  std::map<std::string, ProcedureEntry> procedures_;
 };
 
 }  // namespace korvel::data::embedded

@@ -47,6 +47,8 @@ std::int64_t InBounds(std::optional<std::int64_t> units, const ColumnType& type)
 std::optional<std::int64_t> ParseDecimal(std::string_view text, int scale, bool& readable) {
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);
+  // Digits count in their own sign, for the lowest number has no counterpart.
+  const std::int64_t sign = negative ? -1 : 1;
   std::int64_t units = 0;
   int decimals = -1;
   bool overflow = false;
@@ -66,13 +68,13 @@ std::optional<std::int64_t> ParseDecimal(std::string_view text, int scale, bool&
     }
     if (decimals >= 0) ++decimals;
     overflow |= __builtin_mul_overflow(units, std::int64_t{10}, &units) ||
-                __builtin_add_overflow(units, std::int64_t{c - '0'}, &units);
+                __builtin_add_overflow(units, sign * (c - '0'), &units);
   }
   readable = digits;
   for (int i = std::max(decimals, 0); i < scale; ++i) overflow |= __builtin_mul_overflow(units, 10, &units);
-  overflow |= next >= '5' && __builtin_add_overflow(units, 1, &units);
+  overflow |= next >= '5' && __builtin_add_overflow(units, sign, &units);
   if (overflow) return std::nullopt;
-  return negative ? -units : units;
+  return units;
 }
 
 std::int64_t ExactFromText(std::string_view text, const ColumnType& to) {

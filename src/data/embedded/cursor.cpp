@@ -33,15 +33,7 @@ bool BatchCursor::IsNull(std::size_t column) const {
 }
 
 Stored BatchCursor::Read(std::size_t column) const {
-  const int i = static_cast<int>(column);
-  if (IsNull(column)) return Null{};
-  const ColumnType& type = TypeOf(column);
-  if (IsText(type)) {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, i));
-    return std::string_view(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_, i)));
-  }
-  if (type.base == Type::Float) return sqlite3_column_double(statement_, i);
-  return sqlite3_column_int64(statement_, i);
+  return ReadColumn(statement_, static_cast<int>(column), TypeOf(column));
 }
 
 Stored BatchCursor::As(std::size_t column, const ColumnType& type) const {

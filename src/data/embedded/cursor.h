@@ -20,6 +20,7 @@ class BatchCursor : public Cursor {
   std::span<const Field> Fields() const override;
   bool Next() override { return execution_->Rows() != nullptr && execution_->Step(); }
   bool NextRowSet() override;
+  std::optional<std::int64_t> Changed() const override { return execution_->Changed(); }
 
   bool IsNull(std::size_t column) const override;
   std::string_view Text(std::size_t column) const override;

@@ -1,6 +1,7 @@
 #include "data/embedded/database.h"
 
 #include "data/embedded/errors.h"
+#include "data/embedded/parser.h"
 #include "data/embedded/schema_writer.h"
 
 namespace korvel::data::embedded {
@@ -12,16 +13,14 @@ constexpr std::size_t kLongestKey = 16 * 1024;
 
 }  // namespace
 
-Database::Database(std::string name, std::unique_ptr<Store> store)
+Database::Database(std::string name, std::int64_t id, std::unique_ptr<Store> store)
     : name_(std::move(name)),
+      id_(id),
       store_(std::move(store)),
       catalogue_(Catalogue::Load(*store_)),
       version_(store_->Prepare("PRAGMA user_version")) {
   store_->OnDuplicate([this](std::string_view words) { return DuplicateError(*catalogue_, words); });
-  store_->Functions().objectName = [this](std::int64_t id) {
-    const Object* object = catalogue_->FindById(id);
-    return object == nullptr ? std::string() : object->name;
-  };
+  store_->Functions().objectName = [this](std::int64_t object) { return catalogue_->NameOf(object); };
 }
 
 std::shared_ptr<const Catalogue> Database::Now() {
@@ -30,6 +29,7 @@ std::shared_ptr<const Catalogue> Database::Now() {
   if (stale_ || now != catalogue_->Version()) {
     index_.clear();
     entries_.clear();
+    procedures_.clear();
     catalogue_ = Catalogue::Load(*store_);
     stale_ = false;
   }
@@ -38,6 +38,14 @@ std::shared_ptr<const Catalogue> Database::Now() {
 
 void Database::Forget() {
   stale_ = true;
+}
+
+std::shared_ptr<const StoredProcedure> Database::FindProcedure(std::string_view name) {
+  const ProcedureEntry* entry = Now()->FindProcedure(name);
+  if (entry == nullptr) return nullptr;
+  auto& procedure = procedures_[entry->id];
+  if (!procedure) procedure = std::make_shared<const StoredProcedure>(ParseProcedure(entry->text));
+  return procedure;
 }
 
 std::shared_ptr<Ready> Database::Find(const std::string& key) {

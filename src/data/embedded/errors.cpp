@@ -13,6 +13,14 @@ Error Failed(Code code, const std::string& text) {
                std::string(known ? known->sqlState : "42000"), text);
 }
 
+Error KilledError() {
+  return Failed(Code::Killed, "A ligação foi terminada por outra ligação");
+}
+
+Error OutOfTime() {
+  return Error(Failure::Timeout, -2, "HYT00", "O tempo limite da instrução esgotou-se");
+}
+
 Error SyntaxError(std::string_view near, std::string_view excerpt) {
   return Failed(Code::Syntax,
                 fmt::format("Sintaxe incorrecta perto de '{}', no texto \"{}\"", near, excerpt));

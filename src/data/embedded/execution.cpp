@@ -1,8 +1,12 @@
 #include "data/embedded/execution.h"
 
+#include <optional>
+
 #include <fmt/format.h>
 
+#include "data/embedded/database_changes.h"
 #include "data/embedded/errors.h"
+#include "data/embedded/principal_changes.h"
 #include "data/embedded/procedures.h"
 #include "data/embedded/schema_writer.h"
 
@@ -18,12 +22,14 @@ std::string KeyOf(std::string_view sql, const ParameterTypes& types) {
   return key;
 }
 
-template <typename... Handlers>
-struct Overloaded : Handlers... {
-  using Handlers::operator()...;
-};
-template <typename... Handlers>
-Overloaded(Handlers...) -> Overloaded<Handlers...>;
+/// A procedure's argument as text, nothing for NULL.
+std::optional<std::string> TextOf(const Variable& value) {
+  if (std::holds_alternative<Null>(value.value)) return std::nullopt;
+  std::string scratch;
+  const Stored text =
+      Convert(View(value.value), value.type, ColumnType{Type::Text}, ConvertMode::Cast, -1, scratch);
+  return std::string(std::get<std::string_view>(text));
+}
 
 }  // namespace
 
@@ -48,12 +54,21 @@ Execution::Execution(std::shared_ptr<Session> session, std::string_view sql, Par
     : session_(std::move(session)), parameters_(parameters), key_(KeyOf(sql, parameters_.Types())) {
   session_->Current()->Now();
   kept_ = session_->Current()->Find(key_) != nullptr;
-  if (!kept_) batch_ = ParseBatch(sql);
-  if (!kept_ && static_cast<std::size_t>(batch_.parameters) != parameters.size()) {
+  auto batch = std::make_shared<const Batch>(kept_ ? Batch() : ParseBatch(sql));
+  if (!kept_ && static_cast<std::size_t>(batch->parameters) != parameters.size()) {
     throw Failed(Code::ProcedureArguments,
-                 fmt::format("A instrução tem {} parâmetros e foram dados {} valores", batch_.parameters,
+                 fmt::format("A instrução tem {} parâmetros e foram dados {} valores", batch->parameters,
                              parameters.size()));
   }
+  std::vector<Variable> variables;
+  for (const VariableDefinition& variable : batch->variables) variables.push_back({variable.type, Null{}});
+  frames_.push_back({std::move(batch), 0, std::move(variables), {}, -1});
+}
+
+Execution::Execution(std::shared_ptr<Session> session, std::shared_ptr<const Batch> program,
+                     std::vector<Variable> variables)
+    : session_(std::move(session)), parameters_(Parameters()) {
+  frames_.push_back({std::move(program), 0, std::move(variables), {}, -1});
 }
 
 Execution::~Execution() {
@@ -74,7 +89,22 @@ void Execution::FinishRows() {
   Reset();
 }
 
+template <typename Work>
+bool Execution::Watched(Work work) {
+  try {
+    return work();
+  } catch (const Error& failure) {
+    session_->Values().lastError = failure.Native();
+    throw;
+  }
+}
+
 bool Execution::Step() {
+  return Watched([this] { return NextRow(); });
+}
+
+bool Execution::NextRow() {
+  session_->RequireAlive();
   if (done_) return false;
   // The time limit is for the server's work up to the first row, not for the reader's between rows.
   if (count_ == 0) database_->File().SetDeadline();
@@ -85,14 +115,35 @@ bool Execution::Step() {
 }
 
 bool Execution::NextStatement() {
+  started_ = std::chrono::steady_clock::now();
+  const bool more = Watched([this] { return RunNext(); });
+  session_->Values().lastError = 0;
+  return more;
+}
+
+bool Execution::RunNext() {
   FinishRows();
   changed_ = 0;
   if (OpenPending()) return true;
-  if (kept_) return next_++ == 0 && RunKept();
-  if (next_ >= batch_.statements.size()) return false;
-  database_ = session_->Current();
-  Run(batch_.statements[next_++]);
-  return true;
+  if (kept_) return Top().next++ == 0 && RunKept();
+  while (const Statement* statement = Fetch()) {
+    database_ = session_->Current();
+    if (!Steer(*statement)) {
+      Run(*statement);
+      return true;
+    }
+    session_->Values().lastError = 0;
+  }
+  return false;
+}
+
+/// The statement to run now, nullptr behind the last. Leaves the procedures that are at their end.
+const Statement* Execution::Fetch() {
+  while (Top().next == Top().program->statements.size()) {
+    if (frames_.size() == 1) return nullptr;
+    Leave({kInt, std::int64_t{0}});
+  }
+  return &Top().program->statements[Top().next++];
 }
 
 bool Execution::RunKept() {
@@ -110,8 +161,10 @@ template <typename Tree>
 std::shared_ptr<Ready> Execution::Translated(const Tree& tree,
                                              Translation (*translate)(const Tree&, const Surroundings&,
                                                                       const ParameterTypes&)) {
-  const std::string key = batch_.statements.size() == 1 ? key_ : std::string();
-  return session_->Prepare(translate(tree, session_->Around(), parameters_.Types()), key);
+  const Batch& program = *Top().program;
+  const bool alone = frames_.size() == 1 && program.statements.size() == 1 && program.variables.empty();
+  return session_->Prepare(translate(tree, session_->Around(), parameters_.Types()),
+                           alone ? key_ : std::string());
 }
 
 void Execution::Run(const Statement& statement) {
@@ -124,29 +177,32 @@ void Execution::Run(const Statement& statement) {
                  [this](const Use& use) { session_->Use(use.name); },
                  [this](TransactionStep step) { RunStep(step); },
                  [this](const Call& call) { RunCall(call); },
-                 [this](const CreateDatabase& create) {
-                   session_->RequireNoTransaction("CREATE DATABASE");
-                   session_->Host().CreateDatabase(create.name);
-                 },
+                 [this](const CreateDatabase& create) { session_->CreateDatabase(create.name); },
                  [this](const DropDatabase& drop) {
-                   session_->RequireNoTransaction("DROP DATABASE");
-                   for (const std::string& name : drop.names) session_->Host().DropDatabase(name);
+                   for (const std::string& name : drop.names) session_->DropDatabase(name);
                  },
+                 [this](const CreateLogin& create) { Apply(create, *session_); },
+                 [this](const AlterLogin& alter) { Apply(alter, *session_); },
+                 [this](const DropLogin& drop) { Apply(drop, *session_); },
+                 [this](const SetDatabaseState& change) { Apply(change, *session_); },
+                 [this](const KillProcess& kill) { Apply(kill, *session_); },
                  [this, &statement](const auto&) { RunSchema(statement); },
              },
              statement);
 }
 
 void Execution::OpenRows(std::shared_ptr<Ready> ready) {
-  BindSlots(ready->statement, ready->translation.slots, parameters_.View(), session_->Values(), ready->owned);
+  session_->RequireFor(ready->translation, frames_.size() > 1);
+  BindSlots(ready->statement, ready->translation.slots, Inputs(), ready->owned);
   rows_ = std::move(ready);
   done_ = false;
   count_ = 0;
 }
 
 void Execution::RunWrite(std::shared_ptr<Ready> ready) {
+  session_->RequireFor(ready->translation, frames_.size() > 1);
   Store& file = database_->File();
-  BindSlots(ready->statement, ready->translation.slots, parameters_.View(), session_->Values(), ready->owned);
+  BindSlots(ready->statement, ready->translation.slots, Inputs(), ready->owned);
   rows_ = std::move(ready);
   done_ = false;
   count_ = 0;
@@ -158,11 +214,18 @@ void Execution::RunWrite(std::shared_ptr<Ready> ready) {
   if (givesIdentity && changed_ > 0) session_->Values().identity = file.LastInsertKey();
 }
 
+/// A procedure of the server itself.
 void Execution::RunCall(const Call& call) {
+  std::vector<GivenArgument> arguments;
+  for (const Argument& argument : call.arguments) {
+    if (argument.value) arguments.push_back({argument.name, TextOf(Evaluate(*argument.value))});
+  }
   const Surroundings around = session_->Around();
-  const ServerView view{session_->Host(), around.database, *around.catalogue};
-  pending_ = RunProcedure(call, *session_, view, parameters_.View());
+  const ServerView view{session_->Host(), around.database, *around.catalogue, *session_};
+  pending_ = RunProcedure(call.procedure, arguments, *session_, view);
   nextPending_ = 0;
+  if (call.result >= 0)
+    Assign(Top().variables[static_cast<std::size_t>(call.result)], {kInt, std::int64_t{0}});
   OpenPending();
 }
 
@@ -173,6 +236,7 @@ bool Execution::OpenPending() {
 }
 
 void Execution::RunSchema(const Statement& statement) {
+  session_->RequireFor(statement);
   SchemaWriter writer(database_->File(), database_->Name());
   std::visit(Overloaded{
                  [&](const CreateView& create) {

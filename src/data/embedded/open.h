@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "data/connection.h"
@@ -11,15 +12,23 @@ namespace korvel::data {
 
 enum class MissingServer { Make, Refuse };
 
-/// Opens a database of an embedded server, which lives in a folder of its name (upper case) below `serversFolder`.
-/// With MissingServer::Make, opening `master` as "sa" with a blank password, or by integrated security, makes a server
-/// that is not there yet.
-/// By integrated security only the operating system's user who owns the server's folder enters.
-/// Throws Error: Failure::NoServer without such a server, native 4060 without such a database, 18456 for a login or
-/// password that is not right, 824 for a damaged file.
-std::unique_ptr<Connection> OpenEmbedded(const std::filesystem::path& serversFolder,
-                                         std::string_view serverName, const ConnectionString& wanted,
-                                         std::string_view password, int timeoutSeconds,
-                                         MissingServer missing);
+/// Version that an embedded server tells unless it is asked to tell another.
+constexpr std::string_view kEmbeddedVersion = "9.00.5000.00";
+
+/// An embedded server, which lives in a folder of its name (upper case) below `folder`. With MissingServer::Make,
+/// opening `master` as "sa" with a blank password, or by integrated security, makes a server that is not there yet.
+struct EmbeddedHost {
+  std::filesystem::path folder;
+  std::string name;
+  MissingServer missing = MissingServer::Refuse;
+  std::string version{kEmbeddedVersion};
+};
+
+/// Opens a database of an embedded server. By integrated security the operating system's user who owns the server's
+/// folder enters, and the accounts that the server knows.
+/// Throws Error: Failure::NoServer without such a server, native 4060 without such a database or the right to it, 18456
+/// for a login or password that is not right, 824 for a damaged file.
+std::unique_ptr<Connection> OpenEmbedded(const EmbeddedHost& host, const ConnectionString& wanted,
+                                         std::string_view password, int timeoutSeconds);
 
 }  // namespace korvel::data

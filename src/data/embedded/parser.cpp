@@ -4,25 +4,12 @@
 
 namespace korvel::data::embedded {
 
-Batch BatchParser::Run() {
-  Batch batch;
-  while (TakeSymbol(";")) {
-  }
-  // A procedure's name alone is a call at the head of a batch only.
-  if (IsName()) batch.statements.emplace_back(Procedure());
-  while (!AtEnd()) {
-    if (!TakeSymbol(";")) batch.statements.push_back(OneStatement());
-  }
-  batch.parameters = Parameters();
-  return batch;
-}
-
 Statement BatchParser::OneStatement() {
-  if (IsWord("select")) return ParseQuery();
   if (IsWord("insert") || IsWord("update") || IsWord("delete") || IsWord("truncate")) return Data();
   if (IsWord("create") || IsWord("drop") || IsWord("alter")) return Definition();
   if (TakeWord("use")) return Use{ExpectName()};
-  if (TakeWord("exec") || TakeWord("execute")) return Procedure();
+  if (TakeWord("kill")) return KillProcess{ExpectInteger()};
+  if (TakeWord("exec") || TakeWord("execute")) return ParseCall();
   if (TakeWord("set")) return SetOption();
   if (TakeWords({"reconfigure", "with", "override"}) || TakeWord("reconfigure")) return Accepted{};
   return Transaction();
@@ -156,43 +143,19 @@ Statement BatchParser::SetOption() {
   return Accepted{};
 }
 
-Call BatchParser::Procedure() {
-  Call call;
-  call.procedure = ExpectObjectName();
-  if (AtEnd() || IsSymbol(";") ||
-      (Peek().kind == TokenKind::Word && IsReserved(Peek().text) && !IsWord("null"))) {
-    return call;
-  }
-  do {
-    Argument argument;
-    if (Peek().kind == TokenKind::Variable && IsSymbol("=", 1)) {
-      argument.name = LowerName(Next().text);
-      ExpectSymbol("=");
-    }
-    argument.value = ArgumentValue();
-    call.arguments.push_back(std::move(argument));
-  } while (TakeSymbol(","));
-  return call;
-}
-
-/// A constant or a marker; a bare word stands for its own text.
-ExprPtr BatchParser::ArgumentValue() {
-  const bool constant = Peek().kind == TokenKind::Number || Peek().kind == TokenKind::String ||
-                        Peek().kind == TokenKind::Parameter || IsSymbol("-") || IsWord("null");
-  if (constant) {
-    ExprPtr value = Value();
-    if (!value->args.empty()) Fail();
-    return value;
-  }
-  auto word = std::make_unique<Expr>();
-  word->kind = ExprKind::String;
-  if (!IsName()) Fail();
-  word->text = Next().text;
-  return word;
-}
-
 Batch ParseBatch(std::string_view text) {
   return BatchParser(text).Run();
+}
+
+StoredProcedure ParseProcedure(std::string_view text) {
+  return BatchParser(text).RunProcedure();
+}
+
+ObjectName ParseObjectName(std::string_view text) {
+  TokenReader reader(text);
+  ObjectName name = reader.ExpectObjectName();
+  if (!reader.AtEnd()) reader.Fail();
+  return name;
 }
 
 ExprPtr ParseExpression(std::string_view text) {

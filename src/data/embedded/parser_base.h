@@ -3,6 +3,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "data/embedded/lexer.h"
@@ -43,6 +44,7 @@ class TokenReader {
   std::size_t Offset() const { return Peek().start; }
   /// The text from an offset up to the end of the last token taken.
   std::string TextFrom(std::size_t offset) const;
+  std::string_view Text() const { return text_; }
 
  private:
   std::string_view text_;
@@ -57,13 +59,21 @@ class ExpressionParser : public TokenReader {
 
   /// A value; a condition is refused.
   ExprPtr Value();
+  /// A query that brings rows.
   QueryPtr ParseQuery();
   int Parameters() const { return parameters_; }
 
  protected:
+  /// A query whose items may all go to variables instead, which `assigns` tells.
+  QueryPtr ParseQuery(bool& assigns);
   /// A condition; a value is refused.
   ExprPtr Condition();
   void SkipTableHints();
+  /// Throws 134 for a name that is there already.
+  int DeclareVariable(std::string name, const ColumnType& type);
+  /// Takes a variable's name. Throws 137 when it was not declared.
+  int ExpectVariable();
+  std::vector<VariableDefinition> TakeVariables() { return std::move(variables_); }
 
  private:
   class Nesting;
@@ -87,6 +97,7 @@ class ExpressionParser : public TokenReader {
   ExprPtr CastCall();
   ExprPtr FunctionCall();
   ExprPtr ColumnName();
+  ExprPtr Variable();
   std::string ExpectAlias();
 
   Select SelectBody();
@@ -99,6 +110,7 @@ class ExpressionParser : public TokenReader {
 
   int depth_ = 0;
   int parameters_ = 0;
+  std::vector<VariableDefinition> variables_;
 };
 
 }  // namespace korvel::data::embedded

@@ -1,6 +1,8 @@
 #include <utility>
 
 #include "data/embedded/batch_parser.h"
+#include "data/embedded/errors.h"
+#include "data/embedded/parser.h"
 
 namespace korvel::data::embedded {
 
@@ -15,6 +17,10 @@ Statement BatchParser::Create() {
   if (TakeWord("table")) return ParseCreateTable();
   if (TakeWord("view")) return ParseCreateView();
   if (TakeWord("database")) return CreateDatabase{ExpectName()};
+  if (TakeWord("login")) return ParseCreateLogin();
+  if (IsWord("procedure") || IsWord("proc")) {
+    throw Failed(Code::MustBeFirst, "CREATE PROCEDURE tem de ser a primeira instrução do texto");
+  }
   return ParseCreateIndex();
 }
 
@@ -92,7 +98,9 @@ std::string BatchParser::DefaultText() {
   const int before = Parameters();
   Value();
   if (Parameters() != before) Fail();
-  return TextFrom(start);
+  std::string text = TextFrom(start);
+  ParseExpression(text);  // alone it stands without the batch's variables
+  return text;
 }
 
 KeyDefinition BatchParser::Key(std::string name) {
@@ -151,8 +159,16 @@ CreateIndex BatchParser::ParseCreateIndex() {
 }
 
 Statement BatchParser::Drop() {
+  if (TakeWord("login")) return DropLogin{ExpectName()};
   if (TakeWord("table")) return DropObject{ExpectObjectName(), false};
   if (TakeWord("view")) return DropObject{ExpectObjectName(), true};
+  if (TakeWord("procedure") || TakeWord("proc")) {
+    DropProcedure drop;
+    do {
+      drop.procedures.push_back(ExpectObjectName());
+    } while (TakeSymbol(","));
+    return drop;
+  }
   if (TakeWord("database")) {
     DropDatabase drop;
     do {
@@ -171,6 +187,8 @@ Statement BatchParser::Drop() {
 }
 
 Statement BatchParser::Alter() {
+  if (TakeWord("login")) return ParseAlterLogin();
+  if (TakeWord("database")) return ParseAlterDatabase();
   ExpectWord("table");
   ObjectName table = ExpectObjectName();
   if (!TakeWords({"with", "nocheck"})) TakeWords({"with", "check"});

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "data/embedded/errors.h"
 #include "data/embedded/parser_base.h"
 
 namespace korvel::data::embedded {
@@ -202,7 +203,7 @@ ExprPtr ExpressionParser::Primary() {
     case TokenKind::String:
       return Make(ExprKind::String, Next().text);
     case TokenKind::Variable:
-      return Make(ExprKind::Variable, LowerName(Next().text));
+      return Variable();
     case TokenKind::Quoted:
       return ColumnName();
     case TokenKind::Word:
@@ -218,6 +219,34 @@ ExprPtr ExpressionParser::Primary() {
   }
   if (TakeSymbol("*")) return Make(ExprKind::Star);
   return Bracketed();
+}
+
+ExprPtr ExpressionParser::Variable() {
+  ExprPtr variable = Make(ExprKind::Variable, LowerName(Peek().text));
+  if (variable->text.starts_with("@@")) {
+    Next();
+    return variable;
+  }
+  variable->number = ExpectVariable();
+  variable->type = variables_[static_cast<std::size_t>(variable->number)].type;
+  return variable;
+}
+
+int ExpressionParser::ExpectVariable() {
+  if (Peek().kind != TokenKind::Variable) Fail();
+  const std::string name = LowerName(Next().text);
+  for (std::size_t i = 0; i < variables_.size(); ++i) {
+    if (variables_[i].name == name) return static_cast<int>(i);
+  }
+  throw Failed(Code::NoVariable, "A variável '" + name + "' tem de ser declarada");
+}
+
+int ExpressionParser::DeclareVariable(std::string name, const ColumnType& type) {
+  for (const VariableDefinition& other : variables_) {
+    if (other.name == name) throw Failed(Code::VariableTwice, "A variável '" + name + "' já foi declarada");
+  }
+  variables_.push_back({std::move(name), type});
+  return static_cast<int>(variables_.size()) - 1;
 }
 
 ExprPtr ExpressionParser::Bracketed() {

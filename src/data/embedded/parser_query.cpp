@@ -3,6 +3,13 @@
 namespace korvel::data::embedded {
 
 QueryPtr ExpressionParser::ParseQuery() {
+  bool assigns = false;
+  QueryPtr query = ParseQuery(assigns);
+  if (assigns) Fail();
+  return query;
+}
+
+QueryPtr ExpressionParser::ParseQuery(bool& assigns) {
   auto query = std::make_unique<Query>();
   query->selects.push_back(SelectBody());
   while (TakeWord("union")) {
@@ -10,6 +17,13 @@ QueryPtr ExpressionParser::ParseQuery() {
     query->selects.push_back(SelectBody());
   }
   if (TakeWords({"order", "by"})) query->orderBy = OrderList();
+  assigns = query->selects[0].items[0].variable >= 0;
+  if (assigns && query->selects.size() > 1) Fail();
+  for (const Select& select : query->selects) {
+    for (const SelectItem& item : select.items) {
+      if ((item.variable >= 0) != assigns) Fail();
+    }
+  }
   return query;
 }
 
@@ -45,6 +59,12 @@ SelectItem ExpressionParser::Item() {
   SelectItem item;
   if (IsName() && IsSymbol("=", 1)) {
     item.alias = Next().text;
+    Next();
+    item.expr = Value();
+    return item;
+  }
+  if (Peek().kind == TokenKind::Variable && IsSymbol("=", 1)) {
+    item.variable = ExpectVariable();
     Next();
     item.expr = Value();
     return item;

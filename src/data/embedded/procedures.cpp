@@ -10,7 +10,8 @@ namespace korvel::data::embedded {
 namespace {
 
 const Procedure* FindProcedure(std::string_view name) {
-  for (const auto procedures : {CatalogueProcedures(), ServerProcedures()}) {
+  for (const auto procedures : {CatalogueProcedures(), ServerProcedures(), LoginProcedures(), UserProcedures(),
+                                ProcessProcedures(), ProgramProcedures()}) {
     const auto found = std::find_if(procedures.begin(), procedures.end(), [&](const Procedure& procedure) {
       return SameName(procedure.name, name);
     });
@@ -19,18 +20,10 @@ const Procedure* FindProcedure(std::string_view name) {
   return nullptr;
 }
 
-OwnedStored Constant(const Expr& expr, Parameters parameters) {
-  if (expr.kind == ExprKind::Null) return Null{};
-  if (expr.kind != ExprKind::Parameter) return expr.text;
-  const auto index = static_cast<std::size_t>(expr.number);
-  if (index >= parameters.size()) throw Failed(Code::ProcedureArguments, "Falta o valor de um parâmetro");
-  return ToText(ToValue(FromParameter(parameters[index]), ParameterType(parameters[index]).value_or(kInt)));
-}
-
-Arguments BindArguments(const Procedure& procedure, const Call& call, Parameters parameters) {
+Arguments BindArguments(const Procedure& procedure, const std::vector<GivenArgument>& given) {
   Arguments bound;
   std::size_t next = 0;
-  for (const Argument& argument : call.arguments) {
+  for (const GivenArgument& argument : given) {
     std::size_t place = next++;
     if (!argument.name.empty()) {
       const auto found = std::find(procedure.parameters.begin(), procedure.parameters.end(), argument.name);
@@ -41,8 +34,7 @@ Arguments BindArguments(const Procedure& procedure, const Call& call, Parameters
                    fmt::format("O procedimento '{}' não tem o argumento {}", procedure.name,
                                argument.name.empty() ? "dado" : argument.name));
     }
-    const OwnedStored value = Constant(*argument.value, parameters);
-    if (const auto* text = std::get_if<std::string>(&value)) bound[place] = *text;
+    bound[place] = argument.value;
   }
   for (std::size_t i = 0; i < procedure.required; ++i) {
     if (bound[i]) continue;
@@ -54,13 +46,17 @@ Arguments BindArguments(const Procedure& procedure, const Call& call, Parameters
 
 }  // namespace
 
-RowTables RunProcedure(const Call& call, Session& session, const ServerView& view, Parameters parameters) {
-  const Procedure* found = FindProcedure(call.procedure.name);
+bool IsServerProcedure(std::string_view name) {
+  return FindProcedure(name) != nullptr;
+}
+
+RowTables RunProcedure(const ObjectName& name, const std::vector<GivenArgument>& given, Session& session,
+                       const ServerView& view) {
+  const Procedure* found = FindProcedure(name.name);
   if (found == nullptr) {
-    throw Failed(Code::NoProcedure, "O procedimento '" + call.procedure.name + "' não existe neste servidor");
+    throw Failed(Code::NoProcedure, "O procedimento '" + name.name + "' não existe neste servidor");
   }
-  const Arguments arguments = BindArguments(*found, call, parameters);
-  return found->body({session, view, arguments});
+  return found->body({session, view, BindArguments(*found, given)});
 }
 
 }  // namespace korvel::data::embedded

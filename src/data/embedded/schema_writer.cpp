@@ -285,6 +285,33 @@ void SchemaWriter::Apply(const Truncate& truncate) {
   write_.Keep();
 }
 
+void SchemaWriter::Apply(const CreateProcedure& create) {
+  const ProcedureEntry* present = FindProcedure(create.procedure, around_);
+  if (!create.alters) {
+    RequireFree(create.procedure);
+    RequireName(create.procedure.name);
+    AddObject(create.procedure.name, 'P', create.text);
+  } else if (present != nullptr) {
+    Change(R"(UPDATE "$objects" SET text=?1 WHERE id=?2)", {create.text, present->id});
+  } else {
+    throw Failed(Code::NoTable, "Nome de objecto inválido: '" + create.procedure.name + "'");
+  }
+  Finish();
+}
+
+void SchemaWriter::Apply(const DropProcedure& drop) {
+  for (const ObjectName& name : drop.procedures) {
+    const ProcedureEntry* present = FindProcedure(name, around_);
+    if (present == nullptr) {
+      throw Failed(Code::NoObjectToDrop,
+                   fmt::format("Não é possível eliminar o procedimento '{}', porque não existe", name.name));
+    }
+    Change(R"(DELETE FROM "$objects" WHERE id=?1)", {present->id});
+    Reload();
+  }
+  Finish();
+}
+
 const Object& SchemaWriter::Table(const ObjectName& name) const {
   return WritableTable(name, around_);
 }
@@ -295,7 +322,7 @@ void SchemaWriter::RequireFree(const ObjectName& name) const {
     throw Failed(Code::NoTable,
                  "O objecto '" + name.name + "' só pode ser criado na base de dados corrente, de dbo");
   }
-  if (around_.catalogue->Find(name.name) != nullptr) {
+  if (around_.catalogue->IdOf(name.name)) {
     throw Failed(Code::ObjectExists, "Já existe um objecto com o nome '" + name.name + "' na base de dados");
   }
 }
@@ -391,7 +418,7 @@ void SchemaWriter::FillDefault(const Object& table, const Column& column) {
   const Translation fill = TranslateDefault(table, column, around_);
   Prepared statement = store_.Prepare(fill.sql);
   std::vector<OwnedStored> values;
-  BindSlots(statement, fill.slots, {}, SessionValues{}, values);
+  BindSlots(statement, fill.slots, {SessionValues{}, {}, {}}, values);
   statement.Run();
 }
 
@@ -407,7 +434,7 @@ void SchemaWriter::Reload() {
 }
 
 void SchemaWriter::Finish() {
-  store_.Run("PRAGMA user_version=" + std::to_string(Catalogue::VersionOf(store_) + 1));
+  Catalogue::RaiseVersion(store_);
   write_.Keep();
 }
 

@@ -29,6 +29,8 @@ class SchemaWriter {
   void Apply(const DropColumn& drop);
   void Apply(const DropConstraint& drop);
   void Apply(const Truncate& truncate);
+  void Apply(const CreateProcedure& create);
+  void Apply(const DropProcedure& drop);
 
   /// For translations that belong to the same write.
   const Surroundings& Around() const { return around_; }

@@ -13,6 +13,7 @@
 #include "data/embedded/catalogue.h"
 #include "data/embedded/errors.h"
 #include "data/embedded/password.h"
+#include "data/embedded/roles.h"
 
 namespace korvel::data::embedded {
 namespace {
@@ -20,17 +21,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kLongestName = 100;
-/// Identifiers below this are the server's own databases.
-constexpr int kFirstDatabaseId = 5;
 
 constexpr std::string_view kDataFolder = "data";
 constexpr std::string_view kBackupFolder = "backup";
-
-constexpr const char* kMasterTables = R"(
-CREATE TABLE "$databases" (id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL COLLATE NOCASE UNIQUE);
-CREATE TABLE "$logins" (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, password TEXT NOT NULL,
-  sysadmin INTEGER NOT NULL) WITHOUT ROWID;
-)";
 
 std::string UpperName(std::string_view name) {
   std::string upper(name);
@@ -84,20 +77,21 @@ bool IsServableName(std::string_view name) {
          std::all_of(name.begin(), name.end(), fits);
 }
 
-Server::Server(const fs::path& serversFolder, std::string_view name, const ConnectionString& wanted,
-               std::string_view password, int timeoutSeconds, MissingServer missing)
-    : name_(UpperName(name)), timeoutSeconds_(timeoutSeconds) {
-  if (!IsServableName(name)) throw NoServer(name);
-  folder_ = serversFolder / name_;
+Server::Server(const EmbeddedHost& host, const ConnectionString& wanted, std::string_view password,
+               int timeoutSeconds)
+    : name_(UpperName(host.name)), version_(host.version), timeoutSeconds_(timeoutSeconds) {
+  if (!IsServableName(host.name)) throw NoServer(host.name);
+  folder_ = host.folder / name_;
   if (!fs::exists(FileOf(kMaster))) {
-    const bool administrator = wanted.integratedSecurity ||
-                               (UpperName(wanted.login) == UpperName(kAdministrator) && password.empty());
-    const bool asked = missing == MissingServer::Make && UpperName(wanted.database) == UpperName(kMaster);
+    const bool administrator =
+        wanted.integratedSecurity || (SameName(wanted.login, kAdministrator) && password.empty());
+    const bool asked = host.missing == MissingServer::Make && SameName(wanted.database, kMaster);
     if (!asked || !administrator) throw NoServer(name_);
     MakeMaster();
   }
   master_ =
       std::make_unique<Store>(FileOf(kMaster), std::string(kMaster), OpenMode::Existing, timeoutSeconds);
+  changes_ = master_->Prepare("PRAGMA user_version");
   Enter(wanted, password);
 }
 
@@ -118,12 +112,11 @@ void Server::MakeMaster() {
   {
     Store store(temporary, std::string(kMaster), OpenMode::Create, timeoutSeconds_);
     store.Run("PRAGMA journal_mode=WAL");
+    AtomicWrite write(store);
     Catalogue::Create(store);
-    store.Run(kMasterTables);
-    store.Run(fmt::format("INSERT INTO sqlite_sequence (name, seq) VALUES ('$databases', {})",
-                          kFirstDatabaseId - 1));
-    store.Run(
-        fmt::format(R"(INSERT INTO "$logins" VALUES ('{}', '{}', 1))", kAdministrator, HashPassword("")));
+    DatabaseList::Create(store);
+    LoginList::Create(store);
+    write.Keep();
   }
   // A link fails when another process was first; then that one's server stands.
   fs::create_hard_link(temporary, FileOf(kMaster), failure);
@@ -134,38 +127,46 @@ void Server::MakeMaster() {
 
 void Server::Enter(const ConnectionString& wanted, std::string_view password) {
   const std::string name = wanted.integratedSecurity ? SystemLogin() : wanted.login;
-  const Error refused =
-      Failed(Code::LoginFailed, fmt::format("O início de sessão do utilizador '{}' falhou", name));
-  if (wanted.integratedSecurity) {
-    if (!OwnedByThisUser(folder_)) throw refused;
-    login_ = {name, true};
-    return;
-  }
-  Prepared row = master_->Prepare(R"(SELECT name, password, sysadmin FROM "$logins" WHERE name=?1)");
-  row.Bind(1, std::string_view(name));
-  if (!row.Step() || !MatchesPassword(password, row.Text(1))) throw refused;
-  login_ = {std::string(row.Text(0)), row.Integer(2) != 0};
+  if (wanted.integratedSecurity && EnterAsSystemUser()) return;
+  if (!wanted.integratedSecurity && EnterWithPassword(name, password)) return;
+  throw Failed(Code::LoginFailed, fmt::format("O início de sessão do utilizador '{}' falhou", name));
 }
 
-std::vector<DatabaseEntry> Server::Databases() {
-  std::vector<DatabaseEntry> entries{{1, std::string(kMaster)}};
-  Prepared rows = master_->Prepare(R"(SELECT id, name FROM "$databases" ORDER BY id)");
-  while (rows.Step()) entries.push_back({rows.Integer(0), std::string(rows.Text(1))});
-  return entries;
+/// An unknown login costs as much time as a wrong password.
+bool Server::EnterWithPassword(std::string_view name, std::string_view password) {
+  const auto found = Logins().Find(name);
+  const LoginEntry login = found && !found->windows ? *found : LoginEntry();
+  if (!MatchesPassword(login.name, password, login.password)) return false;
+  login_ = login;
+  return true;
 }
 
-std::vector<LoginEntry> Server::Logins() {
-  std::vector<LoginEntry> entries;
-  Prepared rows = master_->Prepare(R"(SELECT name, sysadmin FROM "$logins" ORDER BY name)");
-  while (rows.Step()) entries.push_back({std::string(rows.Text(0)), rows.Integer(1) != 0});
-  return entries;
+/// The folder's owner enters as a member of the owners' group, others by an account of their own.
+bool Server::EnterAsSystemUser() {
+  ownsFolder_ = OwnedByThisUser(folder_);
+  auto found = Logins().Find(SystemLogin());
+  if (!found && ownsFolder_) found = Logins().Find(kOwners);
+  if (!found || !found->windows) return false;
+  login_ = *found;
+  login_.name = SystemLogin();
+  login_.group = false;
+  return true;
+}
+
+std::optional<unsigned> Server::RolesNow() {
+  if (ownsFolder_) return server_role::kSysAdmin;
+  const auto found = Logins().FindSid(login_.sid);
+  return found ? std::optional(found->roles) : std::nullopt;
+}
+
+std::int64_t Server::Changes() {
+  const std::int64_t now = changes_.Step() ? changes_.Integer(0) : 0;
+  changes_.Reset();
+  return now;
 }
 
 std::optional<DatabaseEntry> Server::FindDatabase(std::string_view database) {
-  for (DatabaseEntry& entry : Databases()) {
-    if (SameName(entry.name, database)) return std::move(entry);
-  }
-  return std::nullopt;
+  return States().Find(database);
 }
 
 std::unique_ptr<Store> Server::OpenDatabase(const DatabaseEntry& entry) {
@@ -189,40 +190,20 @@ void Server::CreateDatabase(std::string_view database) {
   {
     Store store(temporary, std::string(database), OpenMode::Create, timeoutSeconds_);
     store.Run("PRAGMA journal_mode=WAL");
+    AtomicWrite tables(store);
     Catalogue::Create(store);
+    tables.Keep();
   }
   fs::rename(temporary, file);
   SyncFolder(folder_ / kDataFolder);
-  Prepared insert = master_->Prepare(R"(INSERT INTO "$databases" (name) VALUES (?1))");
-  insert.Bind(1, database);
-  insert.Run();
+  States().Add(database, login_.sid);
   write.Keep();
 }
 
-void Server::DropDatabase(std::string_view database) {
-  AtomicWrite write(*master_);
-  const auto entry = FindDatabase(database);
-  if (!entry || entry->id < kFirstDatabaseId) {
-    throw Failed(Code::NoObjectToDrop,
-                 fmt::format("Não é possível eliminar a base de dados '{}', porque não existe", database));
-  }
-  try {
-    // Leaving WAL mode takes the file for this connection alone: any other that has it open stands in the way.
-    Store store(FileOf(entry->name), entry->name, OpenMode::Existing, 0);
-    store.Run("PRAGMA journal_mode=DELETE");
-    store.Run("BEGIN EXCLUSIVE");
-  } catch (const Error& failure) {
-    if (failure.Kind() == Failure::Timeout) {
-      throw Failed(Code::InUse,
-                   fmt::format("A base de dados '{}' está a ser usada e não pode ser eliminada", database));
-    }
-    // A damaged or missing file is no reason to keep its name on the list.
-  }
-  Prepared remove = master_->Prepare(R"(DELETE FROM "$databases" WHERE id=?1)");
-  remove.Bind(1, entry->id);
-  remove.Run();
-  write.Keep();
-  RemoveFiles(FileOf(entry->name));
+void Server::DropDatabase(const DatabaseEntry& entry) {
+  States().Remove(entry.id);
+  // A connection that was killed may still have the old files open, and finds nothing to write there.
+  RemoveFiles(FileOf(entry.name));
 }
 
 }  // namespace korvel::data::embedded

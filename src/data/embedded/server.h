@@ -9,40 +9,38 @@
 #include <vector>
 
 #include "data/connection_string.h"
+#include "data/embedded/database_states.h"
+#include "data/embedded/logins.h"
 #include "data/embedded/open.h"
 #include "data/embedded/store.h"
 
 namespace korvel::data::embedded {
 
-/// Version that xp_msver tells.
-constexpr std::string_view kProductVersion = "9.00.5000.00";
-constexpr std::string_view kMaster = "master";
-constexpr std::string_view kAdministrator = "sa";
-
-struct DatabaseEntry {
-  std::int64_t id = 0;
-  std::string name;
-};
-
-struct LoginEntry {
-  std::string name;
-  bool sysAdmin = false;
-};
-
 /// A server's folder, entered by one login: the list of databases and logins, kept in the file of `master`.
 class Server {
  public:
-  /// Makes the server when it is absent, `missing` says so and `wanted` asks for master. Throws Error: NoServer, WrongLogin (18456).
-  Server(const std::filesystem::path& serversFolder, std::string_view name, const ConnectionString& wanted,
-         std::string_view password, int timeoutSeconds, MissingServer missing);
+  /// Makes the server when it is absent, `host` says so and `wanted` asks for master. Throws Error: NoServer,
+  /// WrongLogin (18456).
+  Server(const EmbeddedHost& host, const ConnectionString& wanted, std::string_view password,
+         int timeoutSeconds);
 
   const std::string& Name() const { return name_; }
+  /// "9.00.5000.00", as the settings say.
+  const std::string& Version() const { return version_; }
+  /// Who entered, as he was then; RolesNow() are his server roles at this moment, nothing once the login has gone.
   const LoginEntry& Login() const { return login_; }
+  std::optional<unsigned> RolesNow();
   int TimeoutSeconds() const { return timeoutSeconds_; }
 
+  LoginList Logins() { return LoginList(*master_); }
+  DatabaseList States() { return DatabaseList(*master_); }
+  /// A number that moves with every change of logins and of databases' states, whichever process makes it.
+  std::int64_t Changes();
+  /// Where the connections of all processes are listed.
+  std::filesystem::path ProcessFile() const { return folder_ / "processes"; }
+
   /// master first, then the others in the order in which they were made.
-  std::vector<DatabaseEntry> Databases();
-  std::vector<LoginEntry> Logins();
+  std::vector<DatabaseEntry> Databases() { return States().All(); }
   /// Nothing when there is no such database.
   std::optional<DatabaseEntry> FindDatabase(std::string_view database);
   /// Opens a database of the list. Throws Error.
@@ -50,20 +48,26 @@ class Server {
   /// Where the database of that name is kept, or would be.
   std::filesystem::path FileOf(std::string_view database) const;
 
-  /// Whole or not at all, also when the process is killed. Throws 1801 when it is there already.
+  /// Whole or not at all, also when the process is killed. It belongs to the login. Throws 1801 when it is there
+  /// already.
   void CreateDatabase(std::string_view database);
-  /// Throws 3701 when there is none, 3702 when a connection uses it.
-  void DropDatabase(std::string_view database);
+  /// Nobody may be using it.
+  void DropDatabase(const DatabaseEntry& entry);
 
  private:
   void Enter(const ConnectionString& wanted, std::string_view password);
+  bool EnterWithPassword(std::string_view name, std::string_view password);
+  bool EnterAsSystemUser();
   void MakeMaster();
 
   std::string name_;
+  std::string version_;
   std::filesystem::path folder_;
   int timeoutSeconds_;
   LoginEntry login_;
+  bool ownsFolder_ = false;
   std::unique_ptr<Store> master_;
+  Prepared changes_;
 };
 
 /// Whether a name can be a server's or a database's: letters, digits, "_", "-", "$", "#" and inner blanks.

@@ -14,7 +14,8 @@ struct Given {
 
 constexpr ColumnType kIdentityType{Type::Numeric, 0, 38, 0};
 
-Given ValueOf(const Slot& slot, Parameters parameters, const SessionValues& session) {
+Given ValueOf(const Slot& slot, const SlotValues& values) {
+  const SessionValues& session = values.session;
   switch (slot.source) {
     case Slot::Source::RowCount:
       return {session.rowCount, kInt};
@@ -31,23 +32,29 @@ Given ValueOf(const Slot& slot, Parameters parameters, const SessionValues& sess
       return {std::string_view(session.database), Varchar(128)};
     case Slot::Source::SysAdmin:
       return {std::int64_t{session.sysAdmin}, kInt};
+    case Slot::Source::LastError:
+      return {session.lastError, kInt};
     default:
       break;
   }
-  const Parameter& parameter = parameters[static_cast<std::size_t>(slot.parameter)];
+  const auto index = static_cast<std::size_t>(slot.parameter);
+  if (slot.source == Slot::Source::Variable) {
+    return {View(values.variables[index].value), values.variables[index].type};
+  }
+  const Parameter& parameter = values.parameters[index];
   return {FromParameter(parameter), ParameterType(parameter).value_or(slot.type)};
 }
 
 }  // namespace
 
-void BindSlots(Prepared& statement, const std::vector<Slot>& slots, Parameters parameters,
-               const SessionValues& session, std::vector<OwnedStored>& owned, int before) {
+void BindSlots(Prepared& statement, const std::vector<Slot>& slots, const SlotValues& values,
+               std::vector<OwnedStored>& owned, int before) {
   owned.clear();
   owned.reserve(slots.size());
   std::string scratch;
   int number = before;
   for (const Slot& slot : slots) {
-    const Given given = ValueOf(slot, parameters, session);
+    const Given given = ValueOf(slot, values);
     if (!slot.notNull.empty() && std::holds_alternative<Null>(given.value)) {
       throw Failed(
           Code::NullRefused,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,11 +17,25 @@ struct SessionValues {
   std::string login;
   std::string database;
   bool sysAdmin = false;
+  std::int64_t lastError = 0;  // number of the error that the last statement gave
 };
 
-/// Gives every slot of a prepared statement its value, the first slot the parameter behind `before`. Converted texts live in `owned`, which must stay until the
-/// statement is reset; the parameters' own texts must stay as long.
-void BindSlots(Prepared& statement, const std::vector<Slot>& slots, Parameters parameters,
-               const SessionValues& session, std::vector<OwnedStored>& owned, int before = 0);
+/// What a variable of a batch holds.
+struct Variable {
+  ColumnType type;
+  OwnedStored value;
+};
+
+/// Where slots take their values from.
+struct SlotValues {
+  const SessionValues& session;
+  Parameters parameters;
+  std::span<const Variable> variables;
+};
+
+/// Gives every slot of a prepared statement its value, the first slot the parameter behind `before`. Converted texts
+/// live in `owned`, which must stay until the statement is reset; the parameters' own texts must stay as long.
+void BindSlots(Prepared& statement, const std::vector<Slot>& slots, const SlotValues& values,
+               std::vector<OwnedStored>& owned, int before = 0);
 
 }  // namespace korvel::data::embedded

@@ -203,6 +203,12 @@ void ObjectNameCall(const Call& c) {
   }
 }
 
+void FactCall(const Call& c) {
+  if (!c.Shared().serverFact) return c.Give(Null{});
+  const OwnedStored fact = c.Shared().serverFact(c.Text(0), c.Text(1), c.Text(2));
+  c.Give(View(fact));
+}
+
 struct Function {
   const char* name;
   int arguments;
@@ -256,6 +262,7 @@ void RegisterFunctions(Store& store) {
   if (result != SQLITE_OK) store.Fail(result);
   for (const Function& function : kFunctions)
     Register(store, function, SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS);
+  Register(store, {"t_fact", 3, Guarded<Strict<3, FactCall>>}, 0);
   Register(store, {"t_object_name", 1, Guarded<Strict<1, ObjectNameCall>>}, 0);
 }
 

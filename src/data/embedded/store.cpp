@@ -1,5 +1,7 @@
 #include "data/embedded/store.h"
 
+#include <algorithm>
+#include <thread>
 #include <utility>
 
 #include <fmt/format.h>
@@ -95,6 +97,16 @@ std::string_view Prepared::Text(int column) const {
   return {text, static_cast<std::size_t>(sqlite3_column_bytes(Raw(), column))};
 }
 
+Stored ReadColumn(sqlite3_stmt* statement, int column, const ColumnType& type) {
+  if (sqlite3_column_type(statement, column) == SQLITE_NULL) return Null{};
+  if (IsText(type)) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+    return std::string_view(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
+  }
+  if (type.base == Type::Float) return sqlite3_column_double(statement, column);
+  return sqlite3_column_int64(statement, column);
+}
+
 void Store::Close::operator()(sqlite3* handle) const {
   sqlite3_close_v2(handle);
 }
@@ -105,7 +117,7 @@ Store::Store(const std::filesystem::path& file, std::string name, OpenMode mode,
   const int result = sqlite3_open_v2(file.string().c_str(), &raw, FlagsOf(mode), nullptr);
   handle_.reset(raw);
   if (result != SQLITE_OK) Fail(result);
-  sqlite3_busy_timeout(raw, timeoutSeconds * 1000);
+  sqlite3_busy_handler(raw, &Store::OnBusy, this);
   sqlite3_progress_handler(raw, kProgressSteps, &Store::OnProgress, this);
   // A name between double quotes is a name, and never a text when no such column is there.
   sqlite3_db_config(raw, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
@@ -142,10 +154,22 @@ void Store::SetDeadline() {
 }
 
 int Store::OnProgress(void* self) {
+  if (static_cast<Store*>(self)->Killed()) return 1;
   const auto deadline = static_cast<Store*>(self)->deadline_;
   const bool late =
       deadline != std::chrono::steady_clock::time_point{} && std::chrono::steady_clock::now() > deadline;
   return late ? 1 : 0;
+}
+
+/// Waits for a lock a little longer each time, up to the connection's time-out.
+int Store::OnBusy(void* self, int tries) {
+  Store& store = *static_cast<Store*>(self);
+  const auto now = std::chrono::steady_clock::now();
+  if (tries == 0) store.waitStart_ = now;
+  if (store.Killed() || now - store.waitStart_ >= std::chrono::seconds(store.timeoutSeconds_)) return 0;
+  constexpr int kLongest = 50;
+  std::this_thread::sleep_for(std::chrono::milliseconds(std::min(tries + 1, kLongest)));
+  return 1;
 }
 
 void Store::Fail(int result) {
@@ -154,6 +178,7 @@ void Store::Fail(int result) {
 }
 
 Error Store::Translate(int result) {
+  if (Killed()) return KilledError();
   const int extended = handle_ ? sqlite3_extended_errcode(handle_.get()) : result;
   const std::string words = handle_ ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(result);
   switch (result & 0xFF) {
@@ -167,7 +192,7 @@ Error Store::Translate(int result) {
                                 "escrita por outra ligação",
                                 name_));
     case SQLITE_INTERRUPT:
-      return Error(Failure::Timeout, -2, "HYT00", "O tempo limite da instrução esgotou-se");
+      return OutOfTime();
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
       return Failed(Code::Damaged, fmt::format("O ficheiro da base de dados {} está danificado", name_));

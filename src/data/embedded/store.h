@@ -23,6 +23,8 @@ struct FunctionContext {
   std::exception_ptr raised;
   /// Name of the object with that number, empty for none; for object_name().
   std::function<std::string(std::int64_t)> objectName;
+  /// What the session tells of itself and its server; see server_facts.h.
+  std::function<OwnedStored(std::string_view fact, std::string_view first, std::string_view second)> serverFact;
 };
 
 class Store;
@@ -57,6 +59,9 @@ class Prepared {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
+/// A column of the row that a statement stands on; a text lives until the next step or reset.
+Stored ReadColumn(sqlite3_stmt* statement, int column, const ColumnType& type);
+
 enum class OpenMode { Existing, Create };
 
 /// One open database file, with the system's collation and functions.
@@ -81,6 +86,8 @@ class Store {
   /// Statements that run past the moment are interrupted (native 1222); without an argument they may take their time.
   void SetDeadline();
   void ClearDeadline() { deadline_ = {}; }
+  /// Statements, and waits for a lock, end with 596 once the condition holds.
+  void StopWhen(std::function<bool()> killed) { killed_ = std::move(killed); }
 
   FunctionContext& Functions() { return functions_; }
   /// Gives the error for a violated key, from the store's own words for it.
@@ -95,11 +102,15 @@ class Store {
     void operator()(sqlite3* handle) const;
   };
   static int OnProgress(void* self);
+  static int OnBusy(void* self, int tries);
+  bool Killed() const { return killed_ && killed_(); }
   Error Translate(int result);
 
   std::string name_;
   int timeoutSeconds_;
   std::chrono::steady_clock::time_point deadline_{};
+  std::chrono::steady_clock::time_point waitStart_{};
+  std::function<bool()> killed_;
   FunctionContext functions_;
   std::function<Error(std::string_view)> duplicate_;
   std::unique_ptr<sqlite3, Close> handle_;

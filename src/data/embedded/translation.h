@@ -26,13 +26,21 @@ struct Slot {
     Login,
     Database,
     SysAdmin,
+    LastError,
+    Variable,
   };
   Source source = Source::Parameter;
-  int parameter = 0;
-  ColumnType type;  // of the statement's side
+  int parameter = 0;  // which one, or which variable
+  ColumnType type;    // of the statement's side
   ConvertMode mode = ConvertMode::Cast;
   int style = -1;
   std::string notNull;  // column that refuses NULL, empty: none
+};
+
+/// A table or view that a statement reads or writes; id 0: none.
+struct ObjectUse {
+  std::string name;
+  std::int64_t id = 0;
 };
 
 /// A statement in the store's own SQL: slots are ?1, ?2, ... in their order.
@@ -45,6 +53,9 @@ struct Translation {
   bool once = false;
   /// True for an INSERT into a table with an identity.
   bool givesIdentity = false;
+  /// The first that it reads and the one that it writes, for the rights that it needs.
+  ObjectUse reads;
+  ObjectUse writes;
 };
 
 /// Types of the parameters given with a statement; nothing for a Null.
@@ -66,6 +77,10 @@ Translation TranslateUpdate(const Update& update, const Surroundings& around,
                             const ParameterTypes& parameters);
 Translation TranslateDelete(const Delete& remove, const Surroundings& around,
                             const ParameterTypes& parameters);
+/// A query of one row and one column: the value, which is 1 or 0 for a condition.
+Translation TranslateValue(const Expr& expr, const Surroundings& around, const ParameterTypes& parameters);
+Translation TranslateCondition(const Expr& condition, const Surroundings& around,
+                               const ParameterTypes& parameters);
 /// A query that gives these rows.
 Translation TranslateRows(const RowTable& table);
 /// "CAST" of every row's value of a column to another type, for ALTER COLUMN.
@@ -78,5 +93,6 @@ Translation TranslateDefault(const Object& table, const Column& column, const Su
 const Object& WritableTable(const ObjectName& name, const Surroundings& around);
 /// The object, nullptr when there is none under that name in this database.
 const Object* FindObject(const ObjectName& name, const Surroundings& around);
+const ProcedureEntry* FindProcedure(const ObjectName& name, const Surroundings& around);
 
 }  // namespace korvel::data::embedded

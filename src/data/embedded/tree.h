@@ -25,7 +25,7 @@ enum class ExprKind {
   Parameter,   // number: which "?" of the batch, from 0
   Name,        // names: [owner, table,] column
   Star,        // names: optional table; only in a select list and in count(*)
-  Variable,    // text: "@@rowcount"
+  Variable,    // text: "@@rowcount", or "@a" with number: which of the batch's variables, and type: its type
   Negate,      // args[0]
   Arithmetic,  // text: + - * / %
   Call,        // text: function, args; distinct
@@ -66,6 +66,7 @@ struct ObjectName {
 struct SelectItem {
   ExprPtr expr;
   std::string alias;  // empty: none
+  int variable = -1;  // of the batch, that takes the value; -1: none
 };
 
 enum class JoinKind { Cross, Inner, Left, Right, Full };
@@ -216,6 +217,38 @@ struct DropDatabase {
   std::vector<std::string> names;
 };
 
+/// A login of the server, or an account of the operating system, which has no password here.
+struct CreateLogin {
+  std::string name;
+  std::string password;
+  std::string database;  // where it starts, blank: master
+  bool windows = false;
+};
+
+struct AlterLogin {
+  std::string name;
+  std::string password;
+  std::optional<std::string> oldPassword;
+};
+
+struct DropLogin {
+  std::string name;
+};
+
+enum class DatabaseState { ReadOnly, ReadWrite, SingleUser, MultiUser };
+/// What a change of state does while others have the database open.
+enum class StateWait { Briefly, None, EndOthers };
+
+struct SetDatabaseState {
+  std::string database;
+  std::vector<DatabaseState> states;
+  StateWait wait = StateWait::Briefly;
+};
+
+struct KillProcess {
+  std::int64_t spid = 0;
+};
+
 struct Use {
   std::string name;
 };
@@ -225,24 +258,96 @@ enum class TransactionStep { Begin, Commit, Rollback };
 /// A setting that is accepted because it states what this server does anyway, or nothing that rows can tell.
 struct Accepted {};
 
+/// A variable of a batch. Those of a procedure begin with its parameters.
+struct VariableDefinition {
+  std::string name;  // with its "@", in lower case
+  ColumnType type;
+};
+
+/// "set @a = value", also for "declare @a int = value".
+struct SetVariable {
+  int variable = 0;
+  ExprPtr value;
+};
+
+/// "select @a = x, @b = y from ...": every item has a variable.
+struct AssignQuery {
+  QueryPtr query;
+};
+
+/// Goes on at another statement unless the condition holds. "if" and "while" come down to this and Jump.
+struct Branch {
+  ExprPtr condition;
+  std::size_t otherwise = 0;
+};
+
+struct Jump {
+  std::size_t to = 0;
+};
+
+struct Return {
+  ExprPtr value;  // nullptr: 0
+};
+
+/// A message for nobody: its text is only evaluated.
+struct PrintText {
+  ExprPtr text;
+};
+
 struct Argument {
   std::string name;  // with its "@"; empty: by position
-  ExprPtr value;     // a bare word is a String
+  ExprPtr value;     // a bare word is a String; nullptr: DEFAULT
+  bool output = false;
 };
 
 struct Call {
   ObjectName procedure;
   std::vector<Argument> arguments;
+  int result = -1;  // variable of the batch, -1: none
+};
+
+/// Of a procedure or, with `alters`, of its new form. The text begins with CREATE either way.
+struct CreateProcedure {
+  ObjectName procedure;
+  std::string text;
+  bool alters = false;
+};
+
+struct DropProcedure {
+  std::vector<ObjectName> procedures;
 };
 
 using Statement =
     std::variant<Accepted, QueryPtr, Insert, Update, Delete, Truncate, CreateTable, CreateView, CreateIndex,
                  DropIndex, DropObject, AddColumns, AddDefault, AlterColumn, DropColumn, DropConstraint,
-                 CreateDatabase, DropDatabase, Use, TransactionStep, Call>;
+                 CreateDatabase, DropDatabase, CreateLogin, AlterLogin, DropLogin, SetDatabaseState,
+                 KillProcess, Use, TransactionStep, SetVariable, AssignQuery, Branch, Jump,
+                 Return, PrintText, Call, CreateProcedure, DropProcedure>;
 
+/// A visitor of statements made of functions.
+template <typename... Handlers>
+struct Overloaded : Handlers... {
+  using Handlers::operator()...;
+};
+template <typename... Handlers>
+Overloaded(Handlers...) -> Overloaded<Handlers...>;
+
+/// Statements in a row, run one after the other but for Branch, Jump and Return.
 struct Batch {
   std::vector<Statement> statements;
+  std::vector<VariableDefinition> variables;
   int parameters = 0;
+};
+
+struct ProcedureParameter {
+  ExprPtr defaultValue;  // nullptr: must be given
+  bool output = false;
+};
+
+/// Its parameters are the first variables of its body.
+struct StoredProcedure {
+  std::vector<ProcedureParameter> parameters;
+  Batch body;
 };
 
 }  // namespace korvel::data::embedded

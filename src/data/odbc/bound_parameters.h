@@ -1,9 +1,8 @@
 #pragma once
 
-#include <variant>
 #include <vector>
 
-#include "data/odbc/statement.h"
+#include "data/odbc/parameter_slot.h"
 
 namespace korvel::data::odbc {
 
@@ -14,20 +13,7 @@ class BoundParameters {
   void Bind(const Statement& statement);
 
  private:
-  /// A value's storage, and how it is told to the driver.
-  struct Slot {
-    std::variant<Null, std::int64_t, double, SQL_TIMESTAMP_STRUCT, std::string, std::string_view> value;
-    SQLSMALLINT cType = SQL_C_CHAR;
-    SQLSMALLINT sqlType = SQL_VARCHAR;
-    SQLULEN size = 1;
-    SQLSMALLINT digits = 0;
-    SQLLEN length = SQL_NULL_DATA;
-
-    SQLPOINTER Data();
-  };
-  static Slot MakeSlot(const Parameter& parameter);
-
-  std::vector<Slot> slots_;
+  std::vector<ParameterSlot> slots_;
 };
 
 }  // namespace korvel::data::odbc

@@ -17,8 +17,6 @@ constexpr std::size_t kBytesPerCharacter = 3;
 constexpr std::size_t kChunk = 65536;
 /// A driver that will not split a character ends a chunk a few bytes early.
 constexpr std::size_t kChunkTail = 8;
-constexpr int kLastMillisecond = 999;
-constexpr SQLUINTEGER kNanosecondsPerMillisecond = 1'000'000;
 
 std::size_t Width(const Field& field) {
   switch (field.type) {
@@ -41,18 +39,6 @@ std::size_t Width(const Field& field) {
       return 0;
   }
   return 0;
-}
-
-DateTime FromStamp(const SQL_TIMESTAMP_STRUCT& stamp) {
-  const int milliseconds =
-      static_cast<int>((stamp.fraction + kNanosecondsPerMillisecond / 2) / kNanosecondsPerMillisecond);
-  return {stamp.year,
-          stamp.month,
-          stamp.day,
-          stamp.hour,
-          stamp.minute,
-          stamp.second,
-          std::min(milliseconds, kLastMillisecond)};
 }
 
 /// A whole number where the column holds only such, else an amount; the text itself where neither can hold it.

@@ -17,9 +17,10 @@ bool IsPlain(char c) {
   return IsDigit(c) || IsLetter(c) || c == '.' || c == '-' || c == '_' || c == '\\' || c == '/' || c == ',';
 }
 
-/// A value as the connection string carries it: in braces, with "}" doubled, unless it is harmless as it is.
+/// A value as the connection string carries it: in braces, with "}" doubled, unless it is harmless as it is. Nothing
+/// stays nothing: FreeTDS would take empty braces for the value itself.
 std::string Braced(std::string_view value) {
-  if (!value.empty() && std::all_of(value.begin(), value.end(), IsPlain)) return std::string(value);
+  if (std::all_of(value.begin(), value.end(), IsPlain)) return std::string(value);
   std::string braced = "{";
   for (const char c : value) {
     braced += c;
@@ -67,7 +68,8 @@ std::string ConnectionText(const std::string& driver, const ConnectionString& ta
                            std::string_view password) {
   const std::string database = target.database.empty() ? "" : ";Database=" + Braced(target.database);
   return "Driver=" + Braced(driver) + ';' + ServerPart(driver, ServerAddress::Parse(target.server)) +
-         database + ";APP=Korvel;" + LoginPart(target, password);
+         database + ";APP=" + Braced(target.application.empty() ? "Korvel" : target.application) + ';' +
+         LoginPart(target, password);
 }
 
 }  // namespace korvel::data::odbc

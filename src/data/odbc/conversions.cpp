@@ -1,5 +1,6 @@
 #include "data/odbc/conversions.h"
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
 
@@ -9,6 +10,9 @@
 
 namespace korvel::data::odbc {
 namespace {
+
+constexpr int kLastMillisecond = 999;
+constexpr SQLUINTEGER kNanosecondsPerMillisecond = 1'000'000;
 
 [[noreturn]] void Fail(std::string_view column, std::string_view type) {
   throw Error(Failure::Conversion, fmt::format("O valor da coluna {} não se converte em {}", column, type));
@@ -101,6 +105,30 @@ Currency ToMoney(const Value& value, std::string_view column) {
 
 DateTime ToDate(const Value& value, std::string_view column) {
   return std::visit(DateReader{column}, Alternatives(value));
+}
+
+SQL_TIMESTAMP_STRUCT ToStamp(const DateTime& date) {
+  SQL_TIMESTAMP_STRUCT stamp{};
+  stamp.year = static_cast<SQLSMALLINT>(date.year);
+  stamp.month = static_cast<SQLUSMALLINT>(date.month);
+  stamp.day = static_cast<SQLUSMALLINT>(date.day);
+  stamp.hour = static_cast<SQLUSMALLINT>(date.hour);
+  stamp.minute = static_cast<SQLUSMALLINT>(date.minute);
+  stamp.second = static_cast<SQLUSMALLINT>(date.second);
+  stamp.fraction = static_cast<SQLUINTEGER>(date.millisecond) * kNanosecondsPerMillisecond;
+  return stamp;
+}
+
+DateTime FromStamp(const SQL_TIMESTAMP_STRUCT& stamp) {
+  const int milliseconds =
+      static_cast<int>((stamp.fraction + kNanosecondsPerMillisecond / 2) / kNanosecondsPerMillisecond);
+  return {stamp.year,
+          stamp.month,
+          stamp.day,
+          stamp.hour,
+          stamp.minute,
+          stamp.second,
+          std::min(milliseconds, kLastMillisecond)};
 }
 
 }  // namespace korvel::data::odbc

@@ -2,6 +2,9 @@
 
 #include <string_view>
 
+#include <sql.h>
+#include <sqlext.h>
+
 #include "data/value.h"
 
 namespace korvel::data::odbc {
@@ -14,5 +17,9 @@ Currency ToMoney(const Value& value, std::string_view column);
 /// As ToMoney, of a text as a driver gives it.
 Currency ReadMoney(std::string_view text, std::string_view column);
 DateTime ToDate(const Value& value, std::string_view column);
+
+/// A moment in the driver's form, and back to the nearest millisecond.
+SQL_TIMESTAMP_STRUCT ToStamp(const DateTime& date);
+DateTime FromStamp(const SQL_TIMESTAMP_STRUCT& stamp);
 
 }  // namespace korvel::data::odbc

@@ -3,6 +3,7 @@
 #include "data/odbc/link.h"
 #include "data/odbc/literal_batch.h"
 #include "data/odbc/odbc_cursor.h"
+#include "data/odbc/procedure_call.h"
 #include "data/odbc/statement.h"
 
 namespace korvel::data::odbc {
@@ -38,8 +39,13 @@ class OdbcConnection final : public Connection {
     return changed;
   }
 
-  std::int64_t DoCall(std::string_view procedure, std::span<ProcedureArgument>) override {
-    throw Error(Failure::Statement, "O procedimento " + std::string(procedure) + " não pode ser chamado");
+  std::int64_t DoCall(std::string_view procedure, std::span<ProcedureArgument> arguments) override {
+    ProcedureCall call(arguments);
+    Sent(call.Text(procedure));
+    Statement statement(link_);
+    statement.Run(procedure, call);
+    call.ReadOutputs(arguments);
+    return call.Result();
   }
 
   std::unique_ptr<BatchInsert> DoOpenBatch(std::string_view table,

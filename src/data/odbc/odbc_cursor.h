@@ -17,6 +17,7 @@ class OdbcCursor final : public Cursor {
   std::span<const Field> Fields() const override { return fields_; }
   bool Next() override;
   bool NextRowSet() override;
+  std::optional<std::int64_t> Changed() const override { return statement_->RowsChanged(); }
 
   bool IsNull(std::size_t column) const override { return columns_[column].IsNull(row_); }
   std::string_view Text(std::size_t column) const override { return columns_[column].Text(row_); }

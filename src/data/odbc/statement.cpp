@@ -1,6 +1,7 @@
 #include "data/odbc/statement.h"
 
 #include "data/odbc/bound_parameters.h"
+#include "data/odbc/procedure_call.h"
 
 namespace korvel::data::odbc {
 Statement::Statement(std::shared_ptr<Link> link)
@@ -17,12 +18,24 @@ void Statement::Release() noexcept {
 void Statement::Execute(std::string_view sql, Parameters parameters) {
   BoundParameters bound(parameters);
   bound.Bind(*this);
+  ExecuteText(sql);
+  if (!parameters.empty()) Check(SQLFreeStmt(Get(), SQL_RESET_PARAMS));
+}
+
+void Statement::Run(std::string_view procedure, ProcedureCall& call) {
+  call.Bind(*this);
+  ExecuteText(call.Text(procedure));
+  while (NextResult()) {
+  }
+  Check(SQLFreeStmt(Get(), SQL_RESET_PARAMS));
+}
+
+void Statement::ExecuteText(std::string_view sql) {
   // The interface takes a pointer to changeable text, but drivers only read it.
   auto* text = reinterpret_cast<SQLCHAR*>(const_cast<char*>(sql.data()));
   const SQLRETURN result = SQLExecDirect(Get(), text, static_cast<SQLINTEGER>(sql.size()));
   // "No data" is how a statement that changed no row ends.
   if (result != SQL_NO_DATA) Check(result);
-  if (!parameters.empty()) Check(SQLFreeStmt(Get(), SQL_RESET_PARAMS));
 }
 
 bool Statement::NextResult() {

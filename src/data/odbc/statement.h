@@ -10,6 +10,8 @@
 
 namespace korvel::data::odbc {
 
+class ProcedureCall;
+
 /// A statement under way on a link, which has one at a time. When the link closes first, every call throws Error.
 class Statement {
  public:
@@ -20,6 +22,8 @@ class Statement {
 
   /// Runs a text and stands on its first result. Parameter texts are read before it returns.
   void Execute(std::string_view sql, Parameters parameters);
+  /// Runs a stored procedure to its end; rows that it brings are left out.
+  void Run(std::string_view procedure, ProcedureCall& call);
   /// Goes to the next result of a batch; false behind the last.
   bool NextResult();
   /// Columns of the current result; 0 when it brings no rows.
@@ -35,6 +39,7 @@ class Statement {
  private:
   friend class Link;
   void Release() noexcept;
+  void ExecuteText(std::string_view sql);
 
   std::shared_ptr<Link> link_;
   Handle handle_;

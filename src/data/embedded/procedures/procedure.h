@@ -44,7 +44,16 @@ struct Procedure {
 
 /// sp_tables, sp_columns, sp_indexes: what the current database holds.
 std::span<const Procedure> CatalogueProcedures();
-/// xp_msver, sp_dbcmptlevel, sp_configure: the server and its settings.
+/// xp_msver, sp_dbcmptlevel, sp_dboption, sp_configure: the server, its settings, its databases' states.
 std::span<const Procedure> ServerProcedures();
+/// sp_addlogin and others: who may enter the server, and its roles.
+std::span<const Procedure> LoginProcedures();
+/// sp_adduser and others: who may enter the current database, and its roles.
+std::span<const Procedure> UserProcedures();
+/// sp_who, sp_lock: who is connected, and what he holds.
+std::span<const Procedure> ProcessProcedures();
+
+/// sp_stored_procedures, sp_helptext: the stored procedures of the current database.
+std::span<const Procedure> ProgramProcedures();
 
 }  // namespace korvel::data::embedded

@@ -1,3 +1,9 @@
+#include <algorithm>
+#include <array>
+
+#include <fmt/format.h>
+
+#include "data/embedded/database_changes.h"
 #include "data/embedded/errors.h"
 #include "data/embedded/procedures/procedure.h"
 
@@ -7,15 +13,68 @@ namespace {
 constexpr ColumnType kName = Varchar(128);
 constexpr ColumnType kSmall{Type::SmallInt};
 
+constexpr std::array<std::string_view, 5> kLevels = {"60", "65", "70", "80", "90"};
+
+/// A level changes nothing of how statements are read here; it is kept to be told again.
 RowTables SetCompatibility(const Site& site) {
-  if (!site.view.server.FindDatabase(*site.arguments[0])) {
-    throw Failed(Code::NoDatabase, "A base de dados '" + *site.arguments[0] + "' não existe");
+  const DatabaseEntry entry = site.session.GetDatabase(*site.arguments[0]);
+  if (!site.arguments[1]) return {};
+  site.session.RequireOver(Right::AlterDatabase, entry);
+  const auto level = std::find(kLevels.begin(), kLevels.end(), *site.arguments[1]);
+  if (level == kLevels.end()) {
+    throw Failed(Code::BadLevel, "Os níveis de compatibilidade válidos são 60, 65, 70, 80 e 90");
   }
+  site.view.server.States().SetLevel(entry.id, std::stoi(std::string(*level)));
   return {};
 }
 
 /// The server has none of the options that can be set; taking them keeps upgrades running.
-RowTables Configure(const Site&) {
+RowTables Configure(const Site& site) {
+  if (site.arguments[1]) site.session.Require(Right::Configure);
+  return {};
+}
+
+/// An option of a database that is on in one of two states.
+struct DatabaseOption {
+  std::string_view name;
+  DatabaseState on;
+  DatabaseState off;
+  bool DatabaseEntry::*state;
+};
+constexpr DatabaseOption kOptions[] = {
+    {"read only", DatabaseState::ReadOnly, DatabaseState::ReadWrite, &DatabaseEntry::readOnly},
+    {"single user", DatabaseState::SingleUser, DatabaseState::MultiUser, &DatabaseEntry::singleUser},
+};
+
+const DatabaseOption& OptionNamed(std::string_view name) {
+  const auto* found = std::find_if(std::begin(kOptions), std::end(kOptions), [&](const DatabaseOption& option) {
+    return SameName(option.name, name);
+  });
+  if (found != std::end(kOptions)) return *found;
+  throw Failed(Code::BadOption, fmt::format("A opção '{}' não existe", name));
+}
+
+bool IsOn(std::string_view value) {
+  if (SameName(value, "true") || SameName(value, "on")) return true;
+  if (SameName(value, "false") || SameName(value, "off")) return false;
+  throw Failed(Code::BadOption, fmt::format("'{}' não é um valor de uma opção", value));
+}
+
+/// Without a value tells how the option stands, without an option which there are.
+RowTables SetOption(const Site& site) {
+  if (!site.arguments[1]) {
+    RowTable table{{{"Settable database options", Varchar(35)}}, {}};
+    for (const DatabaseOption& option : kOptions) table.rows.push_back({std::string(option.name)});
+    return {std::move(table)};
+  }
+  if (!site.arguments[0]) throw Failed(Code::ProcedureArguments, "O procedimento 'sp_dboption' espera '@dbname'");
+  const DatabaseEntry entry = site.session.GetDatabase(*site.arguments[0]);
+  const DatabaseOption& option = OptionNamed(*site.arguments[1]);
+  if (!site.arguments[2]) {
+    return {RowTable{{{"OptionName", Varchar(35)}, {"CurrentSetting", Varchar(3)}},
+                     {{std::string(option.name), std::string(entry.*option.state ? "on" : "off")}}}};
+  }
+  Apply(SetDatabaseState{entry.name, {IsOn(*site.arguments[2]) ? option.on : option.off}, {}}, site.session);
   return {};
 }
 
@@ -26,9 +85,9 @@ RowTables Version(const Site& site) {
     const char* name;
     std::string_view value;
   };
-  constexpr Line kLines[] = {{"ProductName", "Korvel"}, {"ProductVersion", kProductVersion}};
+  const Line lines[] = {{"ProductName", "Korvel"}, {"ProductVersion", site.view.server.Version()}};
   std::int64_t number = 0;
-  for (const Line& line : kLines) {
+  for (const Line& line : lines) {
     ++number;
     if (site.Passes(0, line.name)) table.rows.push_back({number, line.name, Null{}, std::string(line.value)});
   }
@@ -37,6 +96,7 @@ RowTables Version(const Site& site) {
 
 constexpr Procedure kProcedures[] = {
     {"sp_dbcmptlevel", {"@dbname", "@new_cmptlevel"}, 1, SetCompatibility},
+    {"sp_dboption", {"@dbname", "@optname", "@optvalue"}, 0, SetOption},
     {"sp_configure", {"@configname", "@configvalue"}, 0, Configure},
     {"xp_msver", {"@optname"}, 0, Version},
 };
