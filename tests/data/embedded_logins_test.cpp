@@ -101,29 +101,30 @@ TEST_F(EmbeddedLogins, StatementsOfAdministrationRunAsWritten) {
 }
 
 TEST_F(EmbeddedLogins, RefuseWhatTheServerRefuses) {
-  ExpectErrors(*connection, {{"sp_addlogin 'ana','y'", "15025 42000"},
-                             {"Create Login [ana] With Password='y'", "15025 42000"},
-                             {"Create Login [x\\y] With Password='y'", "15006 42000"},
-                             {"sp_grantlogin 'semMaquina'", "15407 42000"},
-                             {"sp_droplogin 'nada'", "15007 42000"},
-                             {"sp_droplogin 'sa'", "15405 42000"},
-                             {"sp_revokelogin 'BUILTIN\\Administrators'", "15405 42000"},
-                             {"sp_dropsrvrolemember 'sa','sysadmin'", "15405 42000"},
-                             {"sp_addsrvrolemember 'ana','chefe'", "15402 42000"},
-                             {"sp_adduser 'nada'", "15007 42000"},
-                             {"sp_adduser 'sa'", "15063 42000"},
-                             {"sp_adduser 'eva','eva2'", "15063 42000"},
-                             {"sp_adduser 'rui','ana'", "15023 42000"},
-                             {"sp_adduser 'rui','db_owner'", "15023 42000"},
-                             {"sp_dropuser 'rui'", "15008 42000"},
-                             {"sp_dropuser 'dbo'", "15405 42000"},
-                             {"sp_helpuser 'rui'", "15198 42000"},
-                             {"sp_addrolemember 'chefes','ana'", "15014 42000"},
-                             {"sp_changedbowner 'ana'", "15110 42000"},
-                             {"use master exec sp_changedbowner 'rui'", "15109 42000"},
-                             {"begin tran exec sp_addlogin 'novo','x' commit", "15002 42000"},
-                             {"rollback", "ok"},
-                             {"use BASE exec sp_changedbowner 'rui' exec sp_droplogin 'rui'", "15174 42000"}});
+  ExpectErrors(*connection,
+               {{"sp_addlogin 'ana','y'", "15025 42000"},
+                {"Create Login [ana] With Password='y'", "15025 42000"},
+                {"Create Login [x\\y] With Password='y'", "15006 42000"},
+                {"sp_grantlogin 'semMaquina'", "15407 42000"},
+                {"sp_droplogin 'nada'", "15007 42000"},
+                {"sp_droplogin 'sa'", "15405 42000"},
+                {"sp_revokelogin 'BUILTIN\\Administrators'", "15405 42000"},
+                {"sp_dropsrvrolemember 'sa','sysadmin'", "15405 42000"},
+                {"sp_addsrvrolemember 'ana','chefe'", "15402 42000"},
+                {"sp_adduser 'nada'", "15007 42000"},
+                {"sp_adduser 'sa'", "15063 42000"},
+                {"sp_adduser 'eva','eva2'", "15063 42000"},
+                {"sp_adduser 'rui','ana'", "15023 42000"},
+                {"sp_adduser 'rui','db_owner'", "15023 42000"},
+                {"sp_dropuser 'rui'", "15008 42000"},
+                {"sp_dropuser 'dbo'", "15405 42000"},
+                {"sp_helpuser 'rui'", "15198 42000"},
+                {"sp_addrolemember 'chefes','ana'", "15014 42000"},
+                {"sp_changedbowner 'ana'", "15110 42000"},
+                {"use master exec sp_changedbowner 'rui'", "15109 42000"},
+                {"begin tran exec sp_addlogin 'novo','x' commit", "15002 42000"},
+                {"rollback", "ok"},
+                {"use BASE exec sp_changedbowner 'rui' exec sp_droplogin 'rui'", "15174 42000"}});
   const auto eva = OpenAs("eva", "x", "BASE");
   EXPECT_EQ(ErrorOf(*connection, "sp_droplogin 'eva'"), "15434 42000");
   eva->Close();
@@ -134,11 +135,21 @@ TEST_F(EmbeddedLogins, RefuseWhatTheServerRefuses) {
 }
 
 TEST_F(EmbeddedLogins, NamesThatCouldDoHarmAreRefused) {
-  const std::string names[] = {"",     " ",           "a'b", "a\"b",    "a[b",    "a]b",
-                               "a;b",  "x\ny",        std::string("a\0b", 3),     std::string(129, 'n'),
-                               "\x7F", "sa'; drop--"};
+  const std::string names[] = {"",
+                               " ",
+                               "a'b",
+                               "a\"b",
+                               "a[b",
+                               "a]b",
+                               "a;b",
+                               "x\ny",
+                               std::string("a\0b", 3),
+                               std::string(129, 'n'),
+                               "\x7F",
+                               "sa'; drop--"};
   for (const std::string& name : names) {
-    EXPECT_EQ(ErrorOf(*connection, "exec sp_addlogin ?, 'x'", std::vector<Parameter>{name}), "15006 42000") << name;
+    EXPECT_EQ(ErrorOf(*connection, "exec sp_addlogin ?, 'x'", std::vector<Parameter>{name}), "15006 42000")
+        << name;
     EXPECT_EQ(ErrorOf(*connection, "exec sp_grantlogin ?", std::vector<Parameter>{"M\\" + name + "'"}),
               "15006 42000")
         << name;
@@ -151,9 +162,8 @@ TEST_F(EmbeddedLogins, NamesThatCouldDoHarmAreRefused) {
 }
 
 TEST_F(EmbeddedLogins, PasswordsOfAnyFormAreKeptAndChanged) {
-  for (const std::string& password :
-       {std::string("Açúcar 100%"), std::string("';--"), std::string("a\0b", 3), std::string(128, '\xC3'),
-        std::string("\"x\"[y]"), std::string()}) {
+  for (const std::string& password : {std::string("Açúcar 100%"), std::string("';--"), std::string("a\0b", 3),
+                                      std::string(128, '\xC3'), std::string("\"x\"[y]"), std::string()}) {
     connection->Execute("exec sp_password NULL, ?, 'ana'", {std::string_view(password)});
     EXPECT_EQ(Opening("ana", password, "BASE"), "open") << password;
     EXPECT_EQ(Opening("ana", password + "x", "BASE"), "18456") << password;

@@ -64,18 +64,17 @@ TEST_F(EmbeddedRights, EachRoleOfADatabaseGivesWhatItNames) {
       {{"db_owner", "db_denydatawriter"}, "select view create alter index drop truncate procedure exec"},
   };
   for (const auto& entry : cases) {
-    for (const std::string& role : entry.roles)
-      connection->Execute("sp_addrolemember '" + role + "', 'eva'");
+    for (const std::string& role : entry.roles) connection->Execute("sp_addrolemember '" + role + "', 'eva'");
     EXPECT_EQ(Allowed(), entry.allowed) << testing::PrintToString(entry.roles);
-    for (const std::string& role : entry.roles)
-      connection->Execute("sp_droprolemember '" + role + "','eva'");
+    for (const std::string& role : entry.roles) connection->Execute("sp_droprolemember '" + role + "','eva'");
   }
   EXPECT_EQ(Allowed(), "");
   EXPECT_EQ(refusals, (std::set<std::string>{"229 42000", "262 42000", "3704 42000"}));
 }
 
 TEST_F(EmbeddedRights, ARightTakenAwayIsGoneAtTheNextStatementKeptOrNot) {
-  connection->Execute("exec sp_addrolemember 'db_datareader','eva' exec sp_addrolemember 'db_datawriter','eva'");
+  connection->Execute(
+      "exec sp_addrolemember 'db_datareader','eva' exec sp_addrolemember 'db_datawriter','eva'");
   const std::vector<std::string_view> columns{"a"};
   const auto batch = eva->OpenBatch("T", columns);
   for (int i = 0; i < 2; ++i) {
@@ -157,13 +156,15 @@ TEST_F(EmbeddedRights, UsersAreManagedByThoseOfTheDatabase) {
   ExpectErrors(*eva, {{"sp_adduser 'rui','rui','db_owner'", "ok"},
                       {"alter database BASE set read_write", "ok"},
                       {"sp_changedbowner 'rui'", "15247 42000"}});
-  EXPECT_EQ(Rows(*OpenAs("rui", "x", "BASE"), "select user_name(), is_member('db_owner'), is_member('db_ddladmin')"),
+  EXPECT_EQ(Rows(*OpenAs("rui", "x", "BASE"),
+                 "select user_name(), is_member('db_owner'), is_member('db_ddladmin')"),
             "rui|1|0");
 }
 
 TEST_F(EmbeddedRights, WhoMakesADatabaseOwnsIt) {
   connection->Execute("exec sp_addsrvrolemember 'eva','dbcreator'");
-  EXPECT_EQ(Rows(*eva, "use master create database DELA use DELA create table D (a int) select user_name()"), "dbo");
+  EXPECT_EQ(Rows(*eva, "use master create database DELA use DELA create table D (a int) select user_name()"),
+            "dbo");
   connection->Execute("exec sp_dropsrvrolemember 'eva','dbcreator'");
   EXPECT_EQ(Rows(*eva, "insert D values (1) select a from D"), "1");
   EXPECT_EQ(Rows(*connection, "use DELA select user_name() exec sp_changedbowner 'sa'"), "dbo");

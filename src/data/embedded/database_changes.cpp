@@ -56,9 +56,9 @@ Error NotPlaced(const SetDatabaseState& change, DatabaseState state) {
                     change.database));
   }
   const Code code = change.wait == StateWait::None ? Code::StateInUse : Code::StateNotPlaced;
-  return Failed(code,
-                fmt::format("O estado da base de dados '{}' não pode mudar enquanto outros utilizadores a usam",
-                            change.database));
+  return Failed(
+      code, fmt::format("O estado da base de dados '{}' não pode mudar enquanto outros utilizadores a usam",
+                        change.database));
 }
 
 void EndOthers(Session& session, std::string_view database) {

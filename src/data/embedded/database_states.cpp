@@ -45,8 +45,7 @@ std::optional<DatabaseEntry> DatabaseList::Find(std::string_view name) {
 }
 
 void DatabaseList::Add(std::string_view name, std::string_view owner) {
-  Prepared insert =
-      master_.Prepare(R"(INSERT INTO "$databases" (name, owner, created) VALUES (?1, ?2, ?3))");
+  Prepared insert = master_.Prepare(R"(INSERT INTO "$databases" (name, owner, created) VALUES (?1, ?2, ?3))");
   insert.Bind(1, name);
   insert.Bind(2, owner);
   insert.Bind(3, TicksNow());

@@ -30,9 +30,13 @@ std::size_t Characters(std::string_view text) {
 }
 
 LoginEntry Read(const Prepared& row) {
-  return {std::string(row.Text(0)), std::string(row.Text(1)),
-          std::string(row.Text(2)), std::string(row.Text(3)),
-          static_cast<unsigned>(row.Integer(4)), row.Integer(5) != 0, row.Integer(6) != 0};
+  return {std::string(row.Text(0)),
+          std::string(row.Text(1)),
+          std::string(row.Text(2)),
+          std::string(row.Text(3)),
+          static_cast<unsigned>(row.Integer(4)),
+          row.Integer(5) != 0,
+          row.Integer(6) != 0};
 }
 
 std::optional<LoginEntry> First(Prepared& rows, std::string_view key) {
@@ -73,8 +77,8 @@ std::string MakeSid() {
 void LoginList::Create(Store& master) {
   master.Run(kTable);
   LoginList logins(master);
-  logins.Insert({"0x01", std::string(kAdministrator), HashPassword(kAdministrator, ""), std::string(kMasterName),
-                 server_role::kSysAdmin, false, false});
+  logins.Insert({"0x01", std::string(kAdministrator), HashPassword(kAdministrator, ""),
+                 std::string(kMasterName), server_role::kSysAdmin, false, false});
   logins.Insert({"0x01020000000000052000000020020000", std::string(kOwners), "", std::string(kMasterName),
                  server_role::kSysAdmin, true, true});
 }
@@ -106,14 +110,16 @@ void LoginList::Add(std::string_view name, std::string_view password, std::strin
   if (name.find('\\') != std::string_view::npos) {
     throw Failed(Code::BadPrincipalName, fmt::format("'{}' não é um nome válido", name));
   }
-  Insert({MakeSid(), std::string(name), HashPassword(name, password), std::string(database), 0, false, false});
+  Insert(
+      {MakeSid(), std::string(name), HashPassword(name, password), std::string(database), 0, false, false});
 }
 
 void LoginList::AddWindows(std::string_view name) {
   RequirePrincipalName(name);
   if (!IsAccountName(name)) {
-    throw Failed(Code::BadAccountName,
-                 fmt::format("'{}' não é um nome válido de uma conta; deve ser <máquina>\\<utilizador>", name));
+    throw Failed(
+        Code::BadAccountName,
+        fmt::format("'{}' não é um nome válido de uma conta; deve ser <máquina>\\<utilizador>", name));
   }
   Insert({MakeSid(), std::string(name), "", std::string(kMasterName), 0, true, false});
 }

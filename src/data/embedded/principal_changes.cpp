@@ -22,7 +22,8 @@ Error NoRight() {
 }
 
 Error Special(std::string_view name) {
-  return Failed(Code::SpecialPrincipal, fmt::format("O principal especial '{}' não pode ser usado aqui", name));
+  return Failed(Code::SpecialPrincipal,
+                fmt::format("O principal especial '{}' não pode ser usado aqui", name));
 }
 
 bool IsSysAdmin(Session& session) {
@@ -138,7 +139,8 @@ void ChangeOwner(Session& session, std::string_view name) {
   session.Require(Right::OwnDatabase);
   const DatabaseEntry entry = session.GetDatabase(session.Current()->Name());
   if (entry.IsMaster()) {
-    throw Failed(Code::SystemDatabase, fmt::format("O dono da base de dados '{}' não pode mudar", entry.name));
+    throw Failed(Code::SystemDatabase,
+                 fmt::format("O dono da base de dados '{}' não pode mudar", entry.name));
   }
   const LoginEntry login = session.Host().Logins().Get(name);
   if (UserList(session.Current()->File()).FindSid(login.sid)) {

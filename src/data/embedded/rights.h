@@ -11,14 +11,14 @@ namespace korvel::data::embedded {
 /// What a login may be allowed to do.
 enum class Right {
   // In the current database.
-  Select,         // 229, with the object's name
-  Write,          // 229: rows of a table
-  Execute,        // 229: a stored procedure
-  Create,         // 262: tables, views, procedures; the object is the statement's name
-  Alter,          // 3704: to change or drop an object
-  ManageUsers,    // 15247
-  ManageRoles,    // 15247
-  OwnDatabase,    // 15247
+  Select,       // 229, with the object's name
+  Write,        // 229: rows of a table
+  Execute,      // 229: a stored procedure
+  Create,       // 262: tables, views, procedures; the object is the statement's name
+  Alter,        // 3704: to change or drop an object
+  ManageUsers,  // 15247
+  ManageRoles,  // 15247
+  OwnDatabase,  // 15247
   // Over a database that is named.
   BackUp,         // 262
   Restore,        // 262

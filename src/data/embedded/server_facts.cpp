@@ -82,21 +82,17 @@ struct Fact {
   std::string_view name;
   OwnedStored (*tell)(const Asked&);
 };
-constexpr Fact kFacts[] = {{"user_name", User},
-                           {"host_name", Host},
-                           {"app_name", Program},
-                           {"@@spid", Spid},
-                           {"@@version", Version},
-                           {"is_srvrolemember", ServerRoleMember},
-                           {"is_member", Member},
-                           {"databasepropertyex", DatabaseProperty}};
+constexpr Fact kFacts[] = {{"user_name", User},    {"host_name", Host},
+                           {"app_name", Program},  {"@@spid", Spid},
+                           {"@@version", Version}, {"is_srvrolemember", ServerRoleMember},
+                           {"is_member", Member},  {"databasepropertyex", DatabaseProperty}};
 
 }  // namespace
 
 OwnedStored ServerFact(Session& session, std::string_view fact, std::string_view first,
                        std::string_view second) {
-  const auto* found = std::find_if(std::begin(kFacts), std::end(kFacts),
-                                   [&](const Fact& line) { return line.name == fact; });
+  const auto* found =
+      std::find_if(std::begin(kFacts), std::end(kFacts), [&](const Fact& line) { return line.name == fact; });
   return found == std::end(kFacts) ? OwnedStored(Null{}) : found->tell({session, first, second});
 }
 

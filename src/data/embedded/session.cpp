@@ -14,8 +14,9 @@ namespace korvel::data::embedded {
 namespace {
 
 Error CannotOpen(std::string_view database) {
-  return Failed(Code::CannotOpenDatabase,
-                fmt::format("Não é possível abrir a base de dados \"{}\" pedida pelo início de sessão", database));
+  return Failed(
+      Code::CannotOpenDatabase,
+      fmt::format("Não é possível abrir a base de dados \"{}\" pedida pelo início de sessão", database));
 }
 
 Error NotAllowedIn(std::string_view login, std::string_view database) {
@@ -24,16 +25,18 @@ Error NotAllowedIn(std::string_view login, std::string_view database) {
 }
 
 Error TakenBySingleUser(std::string_view database) {
-  return Failed(Code::SingleUserTaken,
-                fmt::format("A base de dados '{}' já está aberta e só pode ter um utilizador de cada vez", database));
+  return Failed(
+      Code::SingleUserTaken,
+      fmt::format("A base de dados '{}' já está aberta e só pode ter um utilizador de cada vez", database));
 }
 
 }  // namespace
 
 Session::Session(Server server, const ConnectionString& wanted)
     : server_(std::move(server)),
-      processes_(server_.ProcessFile(), {server_.Login().name, server_.Login().windows ? server_.Login().name : "",
-                                         wanted.application}) {
+      processes_(
+          server_.ProcessFile(),
+          {server_.Login().name, server_.Login().windows ? server_.Login().name : "", wanted.application}) {
   values_.login = server_.Login().name;
   const std::string& first = wanted.database.empty() ? server_.Login().database : wanted.database;
   const auto entry = server_.FindDatabase(first);

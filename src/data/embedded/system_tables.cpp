@@ -31,8 +31,7 @@ RowTable Databases(const ServerView& view) {
                   {"filename", Varchar(260)}},
                  {}};
   for (const DatabaseEntry& entry : view.server.Databases()) {
-    const std::int64_t status =
-        (entry.readOnly ? kReadOnlyBit : 0) + (entry.singleUser ? kSingleUserBit : 0);
+    const std::int64_t status = (entry.readOnly ? kReadOnlyBit : 0) + (entry.singleUser ? kSingleUserBit : 0);
     table.rows.push_back({entry.name, entry.id, entry.owner, status, entry.created, std::int64_t{entry.level},
                           view.server.FileOf(entry.name).string()});
   }
@@ -114,12 +113,24 @@ std::pair<std::string, std::string> AccountParts(const std::string& account) {
 }
 
 RowTable Processes(const ServerView& view) {
-  RowTable table{{{"spid", kSmall},        {"kpid", kInt},          {"blocked", kSmall},
-                  {"dbid", kSmall},        {"uid", kSmall},         {"login_time", kDateTime},
-                  {"last_batch", kDateTime}, {"open_tran", kSmall}, {"status", Varchar(30)},
-                  {"hostname", kName},     {"program_name", kName}, {"hostprocess", Varchar(8)},
-                  {"cmd", Varchar(16)},    {"nt_domain", kName},    {"nt_username", kName},
-                  {"net_address", Varchar(12)}, {"net_library", Varchar(12)}, {"loginame", kName}},
+  RowTable table{{{"spid", kSmall},
+                  {"kpid", kInt},
+                  {"blocked", kSmall},
+                  {"dbid", kSmall},
+                  {"uid", kSmall},
+                  {"login_time", kDateTime},
+                  {"last_batch", kDateTime},
+                  {"open_tran", kSmall},
+                  {"status", Varchar(30)},
+                  {"hostname", kName},
+                  {"program_name", kName},
+                  {"hostprocess", Varchar(8)},
+                  {"cmd", Varchar(16)},
+                  {"nt_domain", kName},
+                  {"nt_username", kName},
+                  {"net_address", Varchar(12)},
+                  {"net_library", Varchar(12)},
+                  {"loginame", kName}},
                  {}};
   for (const ProcessEntry& entry : view.session.Processes().All()) {
     const auto [domain, user] = AccountParts(entry.account);
@@ -190,12 +201,9 @@ struct Entry {
   bool ofServer;
   RowTable (*make)(const ServerView&);
 };
-constexpr Entry kTables[] = {{"sysdatabases", true, Databases},
-                             {"syslogins", true, Logins},
-                             {"sysprocesses", true, Processes},
-                             {"sysusers", false, Users},
-                             {"sysobjects", false, Objects},
-                             {"syscomments", false, Comments},
+constexpr Entry kTables[] = {{"sysdatabases", true, Databases}, {"syslogins", true, Logins},
+                             {"sysprocesses", true, Processes}, {"sysusers", false, Users},
+                             {"sysobjects", false, Objects},    {"syscomments", false, Comments},
                              {"syscolumns", false, Columns}};
 
 }  // namespace

@@ -34,7 +34,8 @@ RowTables DropLoginNamed(const Site& site) {
 }
 
 RowTables SetPassword(const Site& site) {
-  if (!site.arguments[1]) throw Failed(Code::ProcedureArguments, "O procedimento 'sp_password' espera '@new'");
+  if (!site.arguments[1])
+    throw Failed(Code::ProcedureArguments, "O procedimento 'sp_password' espera '@new'");
   AlterLogin alter;
   alter.name = site.arguments[2].value_or(site.session.Host().Login().name);
   alter.oldPassword = site.arguments[0];
@@ -101,10 +102,7 @@ RowTables LoginInfo(const Site& site) {
 }
 
 constexpr Procedure kProcedures[] = {
-    {"sp_addlogin",
-     {"@loginame", "@passwd", "@defdb", "@deflanguage", "@sid", "@encryptopt"},
-     1,
-     AddLogin},
+    {"sp_addlogin", {"@loginame", "@passwd", "@defdb", "@deflanguage", "@sid", "@encryptopt"}, 1, AddLogin},
     {"sp_grantlogin", {"@loginame"}, 1, GrantLogin},
     {"sp_droplogin", {"@loginame"}, 1, DropLoginNamed},
     {"sp_revokelogin", {"@loginame"}, 1, DropLoginNamed},

@@ -38,9 +38,10 @@ RowTables Who(const Site& site) {
 
 std::vector<OwnedStored> LockRow(const ProcessEntry& entry, const ChangedObject& object, const char* type,
                                  const char* mode) {
-  return {std::int64_t{entry.spid}, std::int64_t{object.database}, std::int64_t{object.object},
-          std::int64_t{0},          std::string(type),             std::string(),
-          std::string(mode),        std::string("GRANT")};
+  return {std::int64_t{entry.spid},    std::int64_t{object.database},
+          std::int64_t{object.object}, std::int64_t{0},
+          std::string(type),           std::string(),
+          std::string(mode),           std::string("GRANT")};
 }
 
 /// Each connection holds its databases, and its open transaction the tables that it has changed.
@@ -55,8 +56,7 @@ RowTables Locks(const Site& site) {
                   {"Status", Varchar(5)}},
                  {}};
   for (const ProcessEntry& entry : site.session.Processes().All()) {
-    for (const int database : entry.databases)
-      table.rows.push_back(LockRow(entry, {database, 0}, "DB", "S"));
+    for (const int database : entry.databases) table.rows.push_back(LockRow(entry, {database, 0}, "DB", "S"));
     for (const ChangedObject& object : entry.changed)
       table.rows.push_back(LockRow(entry, object, "TAB", "X"));
   }

@@ -47,9 +47,8 @@ constexpr DatabaseOption kOptions[] = {
 };
 
 const DatabaseOption& OptionNamed(std::string_view name) {
-  const auto* found = std::find_if(std::begin(kOptions), std::end(kOptions), [&](const DatabaseOption& option) {
-    return SameName(option.name, name);
-  });
+  const auto* found = std::find_if(std::begin(kOptions), std::end(kOptions),
+                                   [&](const DatabaseOption& option) { return SameName(option.name, name); });
   if (found != std::end(kOptions)) return *found;
   throw Failed(Code::BadOption, fmt::format("A opção '{}' não existe", name));
 }
@@ -67,7 +66,8 @@ RowTables SetOption(const Site& site) {
     for (const DatabaseOption& option : kOptions) table.rows.push_back({std::string(option.name)});
     return {std::move(table)};
   }
-  if (!site.arguments[0]) throw Failed(Code::ProcedureArguments, "O procedimento 'sp_dboption' espera '@dbname'");
+  if (!site.arguments[0])
+    throw Failed(Code::ProcedureArguments, "O procedimento 'sp_dboption' espera '@dbname'");
   const DatabaseEntry entry = site.session.GetDatabase(*site.arguments[0]);
   const DatabaseOption& option = OptionNamed(*site.arguments[1]);
   if (!site.arguments[2]) {
