@@ -4,14 +4,13 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "databases/names.h"
 #include "toolkit/code_page.h"
 #include "toolkit/text.h"
+#include "toolkit/whole_file.h"
 
 namespace korvel::databases {
 
@@ -84,9 +83,7 @@ void CheckDatabaseObjects(const session::Context& context, const std::string& da
 void WriteReport(const std::vector<std::string>& report) {
   std::string text = "Base de Dados - Owner - Nome da Tabela\r\n";
   for (const std::string& line : report) text += line + "\r\n";
-  std::ofstream file(ObjectReportFile(), std::ios::binary | std::ios::trunc);
-  file << toolkit::ToCodePage(text).bytes << std::flush;
-  if (!file) throw std::runtime_error("Não foi possível escrever " + ObjectReportFile().string());
+  toolkit::ReplaceWholeFile(ObjectReportFile(), toolkit::ToCodePage(text).bytes);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace korvel::databases {
 /// Looks in one database, or with a blank name in all of the product family, for tables whose owner is neither
 /// "dbo" nor "sys". Empty ones and those named "fieldsdef" or "tabledefs" are dropped. False when others are left,
 /// which stand in ObjectReportFile() then. A database that does not open is shown and passed over; so is a table that
-/// cannot be counted or dropped, which is reported. Throws std::runtime_error when the file cannot be written.
+/// cannot be counted or dropped, which is reported. Throws toolkit::FileError when the file cannot be written.
 bool VerificaObjectos(const session::Context& context, data::Connection& master,
                       std::string_view database = {});
 

@@ -21,6 +21,19 @@ bool BringsRow(data::Connection& connection, std::string_view statement) {
   return !connection.Query(statement).Eof();
 }
 
+bool ReachesState(data::Connection& master, std::string_view database, bool readOnly) {
+  try {
+    SetReadOnly(master, database, readOnly);
+  } catch (const data::Error&) {
+    // Others may still work on the database: it is tried again, unless it is in that state already.
+  }
+  try {
+    return CheckForReadOnly(master, database) == readOnly;
+  } catch (const data::Error&) {
+    return false;
+  }
+}
+
 bool IsBatchEnd(std::string_view line) {
   if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
   return toolkit::SameIgnoringCase(toolkit::Trim(line), "GO");
@@ -112,12 +125,7 @@ bool ForceReadOnly(data::Connection& master, std::string_view database, bool rea
                    const std::function<void()>& pause) {
   constexpr int kAttempts = 10;
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
-    try {
-      SetReadOnly(master, database, readOnly);
-      if (CheckForReadOnly(master, database) == readOnly) return true;
-    } catch (const data::Error&) {
-      // Others may still work on the database: it is tried again.
-    }
+    if (ReachesState(master, database, readOnly)) return true;
     if (attempt < kAttempts) pause();
   }
   return false;

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "databases/names.h"
 #include "toolkit/text.h"
 
 namespace korvel::databases {
@@ -52,8 +53,10 @@ void Widen(data::Connection& connection, const LoginColumn& column, PassedOver& 
   for (const DroppedBefore& dropped : kDroppedBefore) {
     if (dropped.table == table) passedOver.Run(connection, dropped.statement);
   }
-  passedOver.Run(connection,
-                 fmt::format("Alter Table {} Alter Column {} varchar (128) null", column.table, column.name));
+  passedOver.Try(fmt::format("{}.{}", column.table, column.name), [&] {
+    connection.Execute(fmt::format("Alter Table {} Alter Column {} varchar (128) null", AsName(column.table),
+                                   AsName(column.name)));
+  });
 }
 
 }  // namespace

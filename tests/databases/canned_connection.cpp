@@ -17,6 +17,7 @@ class CannedCursor final : public data::Cursor {
     TakeFields();
     return set_ < sets_.size();
   }
+  std::optional<std::int64_t> Changed() const override { return std::nullopt; }
   bool IsNull(std::size_t column) const override { return Cell(column) == "NULL"; }
   std::string_view Text(std::size_t column) const override {
     return IsNull(column) ? std::string_view() : Cell(column);

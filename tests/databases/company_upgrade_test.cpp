@@ -5,6 +5,8 @@
 #include <algorithm>
 
 #include "data/sql_text.h"
+#include "databases/logins.h"
+#include "databases/sql_admin.h"
 #include "databases/version.h"
 #include "support/scripted_world.h"
 
@@ -162,6 +164,43 @@ TEST_F(CompanyUpgrade, AddsItsColumnToTheBillingDatabase) {
   Upgrade();
   EXPECT_EQ(server.One("BrevantDemo", "select DataSys from Log_MovTerceiro"), "");
   EXPECT_EQ(server.session.gBaseDados, "Korvel0001");
+}
+
+TEST_F(CompanyUpgrade, ReadOnlyCompanyComesOutReadOnlyAgain) {
+  const auto master = server.Open();
+  SetReadOnly(*master, "Korvel0001", true);
+  UpgradeRun run;
+  run.pause = [] { ADD_FAILURE() << "nobody is in it"; };
+  ASSERT_TRUE(ActDBaseExecuta(context, "Korvel0001", run).ran);
+  EXPECT_TRUE(CheckForReadOnly(*master, "Korvel0001"));
+  EXPECT_EQ(One("select Versao from Actualiza"), SchemaVersion());
+}
+
+TEST_F(CompanyUpgrade, CompanyThatStaysReadOnlyGetsTheSameRunInSilence) {
+  const auto master = server.Open();
+  SetReadOnly(*master, "Korvel0001", true);
+  const auto user = server.Open("Korvel0001");
+  UpgradeRun run;
+  int pauses = 0;
+  run.pause = [&] { ++pauses; };
+  const UpgradeResult result = ActDBaseExecuta(context, "Korvel0001", run);
+  EXPECT_TRUE(result.ran);
+  EXPECT_EQ(pauses, 9) << "ten attempts; it is read-only still when they end";
+  EXPECT_GT(result.passedOver.size(), 50U);
+  EXPECT_TRUE(CheckForReadOnly(*master, "Korvel0001"));
+  EXPECT_EQ(server.dialogs.Texts(), std::vector<std::string>{});
+}
+
+TEST_F(CompanyUpgrade, RefusedLevelIsToldOnceARun) {
+  ASSERT_TRUE(CreateLogin(context, "ANA", "a", false));
+  ASSERT_TRUE(AddOwnerToDB(context, "Korvel0001", "ANA"));
+  server.session.gLogin = "ANA";
+  server.session.gPassword = "a";
+  UpgradeRun run;
+  for (int time = 0; time < 2; ++time) ASSERT_TRUE(ActDBaseExecuta(context, "Korvel0001", run).ran);
+  ASSERT_EQ(server.dialogs.messages.size(), 1U);
+  EXPECT_EQ(server.dialogs.LastText().rfind("ChangeDBCompLevel\n", 0), 0U);
+  EXPECT_EQ(One("select Versao from Actualiza"), SchemaVersion());
 }
 
 TEST_F(CompanyUpgrade, SaysWhenTheServerOrTheDatabaseDoesNotOpen) {
