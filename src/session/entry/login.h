@@ -10,11 +10,11 @@ namespace korvel::session {
 
 /// What the form holds.
 struct LoginFields {
-  std::string machine;   // `txtMachine`
-  std::string server;    // `txtServer`
-  std::string login;     // `txtLogin`
-  std::string password;  // `txtPassword`, never kept
-  bool windows = false;  // `optWindowsAthentication`: login and password are not used
+  std::string machine = {};   // `txtMachine`
+  std::string server = {};    // `txtServer`
+  std::string login = {};     // `txtLogin`
+  std::string password = {};  // `txtPassword`, never kept
+  bool windows = false;       // `optWindowsAthentication`: login and password are not used
 };
 
 /// The form as it opens, from the settings; the way of authentication goes to the session. The cursor goes to `txtLogin`

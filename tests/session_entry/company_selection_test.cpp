@@ -1,0 +1,320 @@
+#include "session/entry/company_selection.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "databases/sql_admin.h"
+#include "databases/version.h"
+#include "security/rights.h"
+#include "session/connections.h"
+#include "session_entry/entry_world.h"
+
+namespace korvel::session {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Selection : public testing::Test {
+ protected:
+  Selection() { world.StartFrom(ThreeCompanies()); }
+
+  /// Made once: companies take their time.
+  static const test::EntryWorld& ThreeCompanies() {
+    static const auto made = [] {
+      auto prepared = std::make_unique<test::EntryWorld>();
+      prepared->Prepare();
+      prepared->AddCompany("0001", "Padaria");
+      prepared->AddCompany("0002", "Talho", true);
+      prepared->AddCompany("0003", "Café", false, true);
+      return prepared;
+    }();
+    return *made;
+  }
+  std::vector<std::string> Codes() const {
+    std::vector<std::string> codes;
+    for (const CompanyLine& company : form.Companies()) codes.push_back(company.code);
+    return codes;
+  }
+  /// Logs in and opens the form with a company chosen.
+  void OpenAs(std::string_view login, std::string_view password, std::string_view code) {
+    ASSERT_TRUE(world.LogIn(login, password)) << server.dialogs.LastText();
+    ASSERT_TRUE(form.Load(context)) << server.dialogs.LastText();
+    ASSERT_TRUE(form.Select(code)) << code;
+    server.dialogs.Clear();
+  }
+  void SetVersion(std::string_view database, std::string_view version) {
+    server.Run(database, "update Actualiza set Versao='" + std::string(version) + "'");
+  }
+  std::string VersionOf(std::string_view database) {
+    return server.One(database, "select Versao from Actualiza");
+  }
+
+  test::EntryWorld world;
+  test::TestServer& server = world.server;
+  Context context = server.Context();
+  CompanySelection form;
+};
+
+TEST_F(Selection, ListsCompaniesWithTheirStates) {
+  world.RunConfig("insert into Empresas (Codigo,Descricao) values ('0004','Sem base de dados')");
+  world.RunConfig("insert into Empresas (Codigo,Descricao) values ('x]y','Nome hostil')");
+  databases::SetReadOnly(*server.Open(), "Korvel0003", true);
+  ASSERT_TRUE(form.Load(context));
+  EXPECT_EQ(form.Caption(), "Empresas permitidas ao utilizador (SA) no Server ((LOCALDB)\\TESTE)");
+  EXPECT_TRUE(form.HasAdminMenus());
+  const std::string version(databases::ProgramVersion());
+  const CompanyLines expected{{"0001", "Padaria", 1, false, false, version, false},
+                              {"0002", "Talho", 2, true, false, version, false},
+                              {"0003", "Café", 3, false, true, version, true},
+                              {"0004", "Sem base de dados", 4, false, false, "", false},
+                              {"x]y", "Nome hostil", 5, false, false, "", false}};
+  EXPECT_TRUE(form.Companies() == expected);
+  EXPECT_EQ(server.session.gListaEmpresas,
+            "0001:0001 - Padaria;0002:0002 - Talho;0003:0003 - Café;0004:0004 - Sem base de dados;"
+            "x]y:x]y - Nome hostil;");
+  EXPECT_FALSE(server.session.gSmtpServer.empty());
+  EXPECT_EQ(world.Config("select SetForms from Entidade"), std::vector<std::string>{"0"});
+  ASSERT_TRUE(form.Load(context));
+  EXPECT_EQ(world.Config("select SetForms from Entidade").size(), 1u) << "one row stays one";
+}
+
+TEST_F(Selection, ListsWhatTheUserMaySee) {
+  world.AddLogin("ana");
+  struct Seen {
+    const char* rights;  // of the user, as a script
+    std::vector<std::string> codes;
+  };
+  const Seen kSeen[] = {
+      {"update UserManagement set AllDatabases=1 where LoginName='ana'", {"0001", "0002", "0003"}},
+      {"update UserManagement set AllDatabases=0 where LoginName='ana'", {}},
+      {"insert into UserDatabases (LoginName,Db_Name) values ('ANA','Korvel0003')", {"0003"}},
+      {"insert into UserDatabases (LoginName,Db_Name) values ('ana','KORVEL0001')", {"0001", "0003"}},
+      {"update UserDatabases set Db_Name=''' or 1=1 --' where Db_Name='Korvel0003'", {"0001"}},
+      {"insert into UserDatabases (LoginName,Db_Name) values ('ana','1')", {"0001"}},
+  };
+  ASSERT_TRUE(world.LogIn("ana", "segredo"));
+  for (const Seen& seen : kSeen) {
+    world.RunConfig(seen.rights);
+    ASSERT_TRUE(form.Load(context)) << seen.rights;
+    EXPECT_EQ(Codes(), seen.codes) << seen.rights;
+    EXPECT_FALSE(form.HasAdminMenus());
+  }
+  world.RunConfig("delete from UserManagement where LoginName='ana'");
+  EXPECT_FALSE(form.LoadEmpresas(context));
+  EXPECT_EQ(server.dialogs.LastText(), "Não Foi Possível Aceder à Informação do Utilizador!");
+  EXPECT_EQ(server.dialogs.LastTitle(), "Atenção:");
+}
+
+TEST_F(Selection, OlderTableStillTellsWhoSeesWhat) {
+  world.RunConfig("insert into UsersEmpresas (Login,DBName) values ('ana','KORVEL0002')");
+  const auto config = server.Open("KorvelConfig");
+  EXPECT_EQ(ListCompaniesOfOlderTable(context, *config).size(), 3u);
+  server.session.gSysAdmin = false;
+  EXPECT_THAT(ListCompaniesOfOlderTable(context, *config), IsEmpty());
+  server.session.gLogin = "ANA";
+  const CompanyLines lines = ListCompaniesOfOlderTable(context, *config);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines[0].code, "0002");
+}
+
+TEST_F(Selection, AdministrativeMenusNeedTheTasksToo) {
+  world.AddLogin("chefe", "senha", true);
+  ASSERT_TRUE(world.LogIn("chefe", "senha"));
+  for (const auto& [tasks, available] :
+       {std::pair("0", false), std::pair("1", true), std::pair("null", false)}) {
+    world.RunConfig(std::string("update UserManagement set AdminTasks=") + tasks +
+                    " where LoginName='chefe'");
+    ASSERT_TRUE(form.Load(context));
+    EXPECT_EQ(form.HasAdminMenus(), available) << tasks;
+  }
+  world.RunConfig("update UserManagement set AdminTasks=null where LoginName='sa'");
+  ASSERT_TRUE(world.LogIn("sa"));
+  ASSERT_TRUE(form.Load(context));
+  EXPECT_TRUE(form.HasAdminMenus());
+}
+
+TEST_F(Selection, EntersACompany) {
+  server.session.gAnoAberto = "2009";
+  OpenAs("sa", "", "0001");
+  ASSERT_TRUE(form.Selecionar(context)) << server.dialogs.LastText();
+  EXPECT_EQ(server.session.gCodEmpresa, "0001");
+  EXPECT_EQ(server.session.gBaseDados, "Korvel0001");
+  EXPECT_EQ(server.session.gNomeEmpresa, "Padaria");
+  EXPECT_EQ(server.session.gAnoAberto, "");
+  EXPECT_THAT(world.Config(
+                  "select Modulo,Accao,FormCaption,Conteudo,CodEmpresa,DescEmpresa,Utilizador from LogGeral"),
+              ElementsAre("I\tI\tLog In\tEntrou na Empresa 0001\t0001\tPadaria\tSA"));
+  EXPECT_THAT(server.dialogs.Texts(), IsEmpty());
+}
+
+TEST_F(Selection, NothingHappensWithoutAChoice) {
+  ASSERT_TRUE(form.Load(context));
+  server.statements.clear();
+  EXPECT_FALSE(form.Selecionar(context));
+  EXPECT_FALSE(form.Select("0009"));
+  EXPECT_FALSE(form.Selecionar(context));
+  form.SelectLine(17);
+  EXPECT_FALSE(form.Selecionar(context));
+  EXPECT_FALSE(form.EliminarEmpresa(context) || form.BloquearEmpresa(context) ||
+               form.VerificarEmpresa(context));
+  EXPECT_THAT(server.statements, IsEmpty());
+}
+
+TEST_F(Selection, SaysThatACompanyHasGone) {
+  ASSERT_TRUE(form.Load(context));
+  ASSERT_TRUE(form.Select("0001"));
+  server.Run("master", "drop database Korvel0001");
+  EXPECT_FALSE(form.Selecionar(context));
+  EXPECT_THAT(server.dialogs.Texts(),
+              ElementsAre(HasSubstr(" - Não foi possivel abrir a Empresa seleccionada!\n")));
+  EXPECT_EQ(server.session.gCodEmpresa, "");
+}
+
+TEST_F(Selection, AsksForTheUpgradeOfAnOlderCompany) {
+  OpenAs("sa", "", "0001");
+  SetVersion("Korvel0001", "000000000001");
+  server.dialogs.answers = {1};
+  EXPECT_FALSE(form.Selecionar(context));
+  ASSERT_EQ(server.dialogs.questions.size(), 1u);
+  EXPECT_EQ(server.dialogs.questions[0].text, "Quer Actualizar a Base de Dados?");
+  EXPECT_THAT(server.dialogs.questions[0].buttons, ElementsAre("Sim", "Não"));
+  EXPECT_EQ(VersionOf("Korvel0001"), "000000000001");
+
+  server.dialogs.answers = {0};
+  EXPECT_TRUE(form.Selecionar(context)) << server.dialogs.LastText();
+  EXPECT_EQ(VersionOf("Korvel0001"), databases::SchemaVersion());
+}
+
+TEST_F(Selection, StopsAtACompanyNewerThanTheProgram) {
+  OpenAs("sa", "", "0001");
+  SetVersion("Korvel0001", "999900000000");
+  server.dialogs.answers = {0};
+  EXPECT_FALSE(form.Selecionar(context));
+  EXPECT_THAT(server.dialogs.LastText(),
+              HasSubstr("Não pode Actualizar a Empresa 0001 porque têm o aplicativo desactualizado!"));
+  EXPECT_EQ(VersionOf("Korvel0001"), "999900000000");
+}
+
+TEST_F(Selection, OrdinaryUserIsNotAskedForAnUpgrade) {
+  world.AddLogin("ana");
+  world.LetIn("ana", "0001");
+  SetVersion("Korvel0001", "000000000001");
+  OpenAs("ana", "segredo", "0001");
+  EXPECT_FALSE(form.Selecionar(context));
+  EXPECT_THAT(server.dialogs.questions, IsEmpty());
+  EXPECT_EQ(server.dialogs.LastText(), "Contacte o Administrador do Sistema antes de Operar.");
+}
+
+/// Presses the button again while a question of the first entry stands open.
+class ImpatientDialogs final : public toolkit::Dialogs {
+ public:
+  ImpatientDialogs(test::TestServer& server, CompanySelection& form) : server_(server), form_(form) {}
+  void Message(toolkit::Icon, std::string_view, std::string_view) override {}
+  std::size_t Ask(std::string_view, std::span<const std::string_view>) override {
+    ++asked;
+    const Context context{server_.session,  server_.servers,  *this,
+                          server_.progress, server_.settings, server_.clock};
+    enteredTwice = form_.Selecionar(context);
+    return 0;
+  }
+  std::size_t Alert(std::string_view, std::span<const std::string_view>) override { return 0; }
+  bool ConfirmDeletion(std::string_view, std::string_view) override { return false; }
+  std::optional<toolkit::Credentials> AskLogin(std::string_view, std::string_view) override { return {}; }
+  void Focus(std::string_view) override {}
+
+  int asked = 0;
+  bool enteredTwice = false;
+
+ private:
+  test::TestServer& server_;
+  CompanySelection& form_;
+};
+
+TEST_F(Selection, EntersOnceHoweverOftenItIsPressed) {
+  OpenAs("sa", "", "0001");
+  SetVersion("Korvel0001", "000000000001");
+  ImpatientDialogs dialogs(server, form);
+  const Context impatient{server.session,  server.servers,  dialogs,
+                          server.progress, server.settings, server.clock};
+  EXPECT_TRUE(form.Selecionar(impatient));
+  EXPECT_EQ(dialogs.asked, 1);
+  EXPECT_FALSE(dialogs.enteredTwice);
+  EXPECT_EQ(world.Config("select count(*) from LogGeral"), std::vector<std::string>{"1"});
+  EXPECT_TRUE(form.Selecionar(context)) << "the button is free again";
+}
+
+TEST_F(Selection, RightsAreThoseOfTheMainCompanyUnlessItsOwnCount) {
+  world.AddLogin("ana");
+  for (const char* code : {"0001", "0002", "0003"}) world.LetIn("ana", code);
+  OpenAs("ana", "segredo", "0001");
+  EXPECT_TRUE(form.Selecionar(context)) << server.dialogs.LastText();
+  constexpr const char* kCompanies =
+      "select distinct Empresa from Acessos where Utilizador='ana' order by Empresa";
+  EXPECT_THAT(world.Config(kCompanies), ElementsAre("0002"));
+  ASSERT_TRUE(form.Select("0003"));
+  EXPECT_TRUE(form.Selecionar(context)) << server.dialogs.LastText();
+  EXPECT_THAT(world.Config(kCompanies), ElementsAre("0002", "0003"));
+
+  world.RunConfig("update Acessos set Value=0 where Utilizador='ana' and Empresa='0002' and Chave='korvel'");
+  for (const auto& [code, enters] :
+       {std::pair("0001", false), std::pair("0002", false), std::pair("0003", true)}) {
+    server.dialogs.Clear();
+    ASSERT_TRUE(form.Select(code));
+    EXPECT_EQ(form.Selecionar(context), enters) << code;
+    EXPECT_EQ(server.dialogs.LastText(), enters ? "" : "Acesso negado à Empresa !") << code;
+  }
+}
+
+TEST_F(Selection, DeletesACompanyForAnAdministratorAlone) {
+  OpenAs("sa", "", "0001");
+  server.dialogs.logins = {std::nullopt};
+  EXPECT_FALSE(form.EliminarEmpresa(context));
+  EXPECT_THAT(server.dialogs.Texts(),
+              ElementsAre("Atenção que ao eliminar perde todos os dados existentes na Empresa.",
+                          "Para Eliminar a Empresa , tem que ter um Login Administrativo.",
+                          "O seu Login não lhe permite esta tarefa !"));
+  server.dialogs.logins = {toolkit::Credentials{"sa", ""}};
+  server.dialogs.confirmations = {false};
+  EXPECT_FALSE(form.EliminarEmpresa(context));
+  EXPECT_EQ(server.dialogs.deletions.back().title, "Confirmar Eliminação :");
+  EXPECT_EQ(server.dialogs.deletions.back().text, "Eliminar a Empresa 0001 - Padaria");
+  EXPECT_EQ(form.Companies().size(), 3u);
+
+  world.RunConfig("insert into Acessos (Utilizador,Chave,Value,Empresa) values ('ana','korvel',1,'0001')");
+  server.dialogs.logins = {toolkit::Credentials{"sa", ""}};
+  server.dialogs.confirmations = {true};
+  EXPECT_TRUE(form.EliminarEmpresa(context)) << server.dialogs.LastText();
+  EXPECT_THAT(Codes(), ElementsAre("0002", "0003"));
+  EXPECT_FALSE(databases::CheckDatabase(*server.Open(), "Korvel0001"));
+  EXPECT_THAT(world.Config("select * from Acessos where Empresa='0001'"), IsEmpty());
+}
+
+TEST_F(Selection, ChecksACompanyOnceThatIsConfirmed) {
+  OpenAs("sa", "", "0001");
+  server.statements.clear();
+  server.dialogs.answers = {1};
+  EXPECT_FALSE(form.VerificarEmpresa(context));
+  EXPECT_EQ(server.dialogs.questions.back().text, "Confirma a Verificação?");
+  EXPECT_THAT(server.statements, IsEmpty());
+}
+
+TEST_F(Selection, BlocksAndUpgradesWhatItLists) {
+  OpenAs("sa", "", "0001");
+  server.dialogs.answers = {0};
+  const bool asked = form.BloquearEmpresa(context);
+  ASSERT_FALSE(server.dialogs.questions.empty());
+  EXPECT_EQ(server.dialogs.questions.back().text, "Confirma ?");
+  EXPECT_EQ(asked, form.Companies()[0].readOnly);
+
+  SetVersion("Korvel0002", "000000000001");
+  SetVersion("Korvel0003", "000000000001");
+  server.dialogs.answers = {1, 1};
+  EXPECT_TRUE(form.ActualizarEmpresas(context)) << server.dialogs.LastText();
+  EXPECT_EQ(VersionOf("Korvel0002"), databases::SchemaVersion());
+  EXPECT_EQ(form.Companies()[2].version, databases::ProgramVersion());
+}
+
+}  // namespace
+}  // namespace korvel::session
