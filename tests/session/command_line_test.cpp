@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "session/regional_values.h"
+#include "support/fuzz.h"
 #include "toolkit/scramble.h"
 
 namespace korvel::session {
@@ -54,6 +55,28 @@ TEST(CommandLine, EntersTheSession) {
   TakeLogin(AdminCommand{"ACT_DB", "S2", true, "sa", "clara", ""}, session);
   EXPECT_TRUE(session.gAutenticacaoWindows);
   EXPECT_EQ(session.gPassword, "clara");
+}
+
+TEST(CommandLine, MakesSomethingOfAnyText) {
+  test::Fuzz fuzz(1101);
+  constexpr std::string_view kSeeds[] = {"SRV LOGIN 0001 xx", "<@>ACT_DB<@>SRV<@>1<@>sa<@>p w<@>Korvel0001",
+                                         "<@>", "   "};
+  while (fuzz.Goes()) {
+    const std::string text = fuzz.Mutated(std::string(fuzz.OneOf(kSeeds)), "<@> 1");
+    const CommandLine line = ParseCommandLine(text);
+    const auto* login = std::get_if<UnattendedLogin>(&line);
+    if (login == nullptr) continue;
+    EXPECT_TRUE(ParseCommandLine(" " + text) == line || text.starts_with(' ')) << text;
+    EXPECT_EQ((login->server + login->login + login->company + login->encipheredPassword).find(' '),
+              std::string::npos);
+    SessionRecord session;
+    try {
+      TakeLogin(*login, session);
+      EXPECT_EQ(session.gServidor, login->server);
+    } catch (const std::invalid_argument&) {
+      EXPECT_EQ(session.gServidor, "");
+    }
+  }
 }
 
 TEST(RegionalValues, EnterTheSession) {

@@ -2,11 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <climits>
-#include <cstdlib>
 #include <random>
 
+#include "support/fuzz.h"
 #include "support/temp_folder.h"
 #include "toolkit/whole_file.h"
 
@@ -188,43 +187,18 @@ TYPED_TEST(BlockCiphers, FilesAreReplacedWholeOrNotAtAll) {
   EXPECT_FALSE(std::filesystem::exists(folder / "novo"));
 }
 
-std::chrono::milliseconds FuzzTime() {
-  const char* seconds = std::getenv("KORVEL_FUZZ_SECONDS");
-  return std::chrono::seconds(seconds == nullptr ? 1 : std::max(1, std::atoi(seconds)));
-}
-
-/// Noise, or a good container with a bit changed, cut or prolonged.
-std::string HostileContainer(std::mt19937_64& random, const std::string& good) {
-  std::string hostile = random() % 2 == 0 ? Noise(random, random() % 200) : good;
-  if (!hostile.empty()) hostile[random() % hostile.size()] ^= static_cast<char>(1 << random() % 8);
-  switch (random() % 3) {
-    case 0:
-      hostile.resize(random() % (hostile.size() + 1));
-      break;
-    case 1:
-      hostile += Noise(random, random() % 33);
-      break;
-    default:
-      break;
-  }
-  return hostile;
-}
-
 TYPED_TEST(BlockCiphers, SurviveHostileContainers) {
-  std::mt19937_64 random(20100417);
-  const auto end = std::chrono::steady_clock::now() + FuzzTime();
-  while (std::chrono::steady_clock::now() < end) {
-    const std::string good = this->Enciphered(Noise(random, random() % 100));
-    for (int i = 0; i < 200; ++i) {
-      const std::string hostile = HostileContainer(random, good);
-      std::string data = hostile;
-      try {
-        this->cipher.DecryptByte(data);
-        ASSERT_GE(hostile.size(), data.size() + 12);
-        ASSERT_LT(hostile.size(), data.size() + 12 + this->kBlock);
-      } catch (const CipherError&) {
-        ASSERT_TRUE(data == hostile);
-      }
+  test::Fuzz fuzz(20100417);
+  while (fuzz.Goes()) {
+    const std::string good = this->Enciphered(fuzz.Bytes(fuzz.Below(100)));
+    const std::string hostile = fuzz.Chance(4) ? fuzz.Bytes(fuzz.Below(200)) : fuzz.Mutated(good, good);
+    std::string data = hostile;
+    try {
+      this->cipher.DecryptByte(data);
+      ASSERT_GE(hostile.size(), data.size() + 12) << fuzz.Rounds();
+      ASSERT_LT(hostile.size(), data.size() + 12 + this->kBlock) << fuzz.Rounds();
+    } catch (const CipherError&) {
+      ASSERT_TRUE(data == hostile) << fuzz.Rounds();
     }
   }
 }
