@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "automation/demo_company.h"
+#include "databases/config_upgrade.h"
 #include "databases/version.h"
 
 namespace korvel::automation {
@@ -173,6 +174,23 @@ TEST(Wizard, AnotherPeriodTakesTheLastHeaderOfItsKind) {
                           "EndDate='2025-03-31' and FiscalYear='2025'"),
             "of the books");
   EXPECT_TRUE(company.dialogs.messages.empty());
+}
+
+TEST(Wizard, APeriodThatIsReplacedIsLoggedAsDeleted) {
+  DemoCompany company;
+  ASSERT_TRUE(databases::EnsureConfigDatabase(company.Context()));
+  company.Change("Update TabHeader set CompanyName='Padaria D''Avila'");
+  const auto log = [&] {
+    return company.Rows("KorvelConfig",
+                        "select Modulo,Accao,FormCaption,Conteudo from LogGeral where Accao='E'");
+  };
+  WizardInput input = company.Year();
+  input.edatStartDate = "2025-03-01";
+  input.edatEndDate = "2025-03-31";
+  ASSERT_TRUE(company.Run(input).ok);
+  EXPECT_THAT(log(), testing::IsEmpty()) << "a new period";
+  ASSERT_TRUE(company.Run(input).ok);
+  EXPECT_THAT(log(), ElementsAre("TB\tE\tEnvio de SAF-T em Modo Sequencial\t2025 - Padaria D'Avila"));
 }
 
 TEST(Wizard, AFailedStepEndsTheRunAndKeepsTheStagedRows) {
