@@ -55,7 +55,7 @@ TEST_F(ConfigProceduresTest, InsertLogFillsWhatIsLeftOut) {
       "KorvelConfig",
       "select Utilizador,CodEmpresa,DescEmpresa,Modulo,Accao,FormCaption,Valor,datalength(Conteudo) from "
       "LogGeral");
-  EXPECT_EQ(rows, (std::vector<std::string>(2, "ANA\t0001\tPadaria d'Ana\tI\tA\tLog In\t12.5000\t9000")));
+  EXPECT_EQ(rows, (std::vector<std::string>(2, "ANA\t0001\tPadaria d'Ana\tI\tA\tLog In\t12.5\t9000")));
   const auto moments =
       server.Rows("KorvelConfig",
                   "select case when Data=convert(varchar(10),getdate(),120) then 'hoje' else Data end, "

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "databases/default_hosts.h"
+#include "databases/in_process.h"
+#include "databases/sql_admin.h"
 #include "databases/table_columns.h"
 #include "databases/version.h"
 #include "support/scripted_world.h"
@@ -116,6 +118,15 @@ TEST_F(ConfigUpgrade, TwiceLeavesTheSameSchemaAndShowsNothing) {
   EXPECT_EQ(server.dialogs.Texts(), std::vector<std::string>{});
 }
 
+TEST_F(ConfigUpgrade, OnNewDatabasesOnlyDropsAndKeysThatAreThereFail) {
+  server.Run("master", "create database KorvelConfig");
+  for (const Failed& failed : Upgrade().passedOver) {
+    EXPECT_THAT(failed.step,
+                testing::AnyOf(testing::StartsWith("Drop "), testing::HasSubstr(" ADD CONSTRAINT ")))
+        << failed.text;
+  }
+}
+
 TEST_F(ConfigUpgrade, OldOneKeepsItsRowsAndGetsWhatItLacked) {
   MakeOld();
   EXPECT_EQ(ConfigVersion(*server.Open("KorvelConfig")), "000000010002");
@@ -152,6 +163,31 @@ TEST_F(ConfigUpgrade, EnsureFinishesWhatAnInterruptionLeft) {
   server.Run("master", "create database KorvelConfig");
   ASSERT_TRUE(EnsureConfigDatabase(context));
   EXPECT_EQ(One("select Versao from Actualiza"), SchemaVersion());
+}
+
+TEST_F(ConfigUpgrade, TwoAdministratorsAtATimeMakeOne) {
+  const auto ensure = [&](const std::function<void()>&) {
+    return EnsureConfigDatabase(context) && Upgrade().ran && server.dialogs.messages.empty() ? 0 : 1;
+  };
+  {
+    test::InProcess first(ensure);
+    test::InProcess second(ensure);
+    EXPECT_EQ(first.Wait(), 0);
+    EXPECT_EQ(second.Wait(), 0);
+  }
+  EXPECT_EQ(server.Rows("KorvelConfig", "select Versao from Actualiza"),
+            std::vector<std::string>{SchemaVersion()});
+  EXPECT_EQ(One("select count(*) from sysobjects where xtype='U'"), std::to_string(std::size(kExpected)));
+  EXPECT_EQ(One("select count(*) from sysobjects where xtype='P'"), "4");
+}
+
+TEST_F(ConfigUpgrade, ReadOnlyOneIsLeftAsItIs) {
+  MakeOld();
+  SetReadOnly(*server.Open(), "KorvelConfig", true);
+  const auto before = Schema();
+  EXPECT_TRUE(Upgrade().ran);
+  EXPECT_EQ(Schema(), before);
+  EXPECT_EQ(server.dialogs.Texts(), std::vector<std::string>{});
 }
 
 TEST_F(ConfigUpgrade, EnsureTellsWhyItCannot) {
