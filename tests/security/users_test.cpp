@@ -7,6 +7,9 @@
 
 #include "data/collation.h"
 #include "databases/logins.h"
+#include "security/activity_log.h"
+#include "security/password.h"
+#include "security/rights.h"
 #include "security/user_card.h"
 #include "security_world.h"
 
@@ -252,6 +255,41 @@ TEST_F(Users, AccountsThatStay) {
   }
   EXPECT_TRUE(MayChangeUser(context, "rui"));
   EXPECT_TRUE(MayCreateUser(context));
+}
+
+TEST_F(Users, AnOrdinaryUserLivesWithHisRights) {
+  MakeBaseSet();
+  ASSERT_TRUE(CreateFromCard(context, Card("rui", {"0001"})));
+  server.session.gLogin = server.session.gUtilizador = "RUI";
+  server.session.gPassword = "Seg'redo";
+  server.session.gCodEmpresa = "0001";
+  server.session.gBaseDados = "Korvel0001";
+  ASSERT_TRUE(EnterWithRights(context, *Config(), "0001"));
+  EXPECT_TRUE(MayOpenForm(context, "frmTabHeader"));
+  EXPECT_TRUE(Acessos_bln(context, "frmTabHeader", "cmdAdicionar", true));
+  EXPECT_TRUE(InsertLog(context, {module::kTables, action::kNew, "registo", "janela"}));
+  server.dialogs.answers = {1};
+  EXPECT_TRUE(AlteraPassword(context, {"Seg'redo", "nova", "nova"}));
+  EXPECT_EQ(One("select count(*) from LogGeral where Utilizador='RUI'"), "2");
+  server.session.gBaseDados = "Korvel0002";
+  server.dialogs.answers = {0};
+  EXPECT_FALSE(Acessos_bln(context, "frmTabHeader", "cmdAdicionar", true)) << "another's company";
+}
+
+TEST_F(Users, AUserWhoIsRemovedMeanwhileCanDoNothingMore) {
+  MakeBaseSet();
+  ASSERT_TRUE(CreateFromCard(context, Card("rui", {"0001"})));
+  server.dialogs.confirmations = {true};
+  ASSERT_TRUE(EliminaUtilizador(context, "rui"));
+  server.dialogs.Clear();
+  server.session.gLogin = server.session.gUtilizador = "RUI";
+  server.session.gPassword = "Seg'redo";
+  EXPECT_FALSE(InsertLog(context, {module::kTables, action::kNew, "registo", "janela"}));
+  EXPECT_THAT(server.dialogs.messages, IsEmpty());
+  server.dialogs.answers = {0};
+  EXPECT_FALSE(Acessos_bln(context, "frmTabHeader", "cmdAdicionar", true));
+  EXPECT_FALSE(AlteraPassword(context, {"Seg'redo", "nova", "nova"}));
+  EXPECT_EQ(server.dialogs.LastText(), "Password inválida!");
 }
 
 TEST_F(Users, OnlyAdministratorsMayTouchUsers) {
