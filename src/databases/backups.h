@@ -26,5 +26,8 @@ std::string BackupFolder(std::string_view dataFile);
 /// Checks counts, indexes and statistics of all tables of a database. Shows the tables whose indexes could not be
 /// rebuilt, if any. False when the database did not open or another check failed, which was shown.
 bool VerificaBaseDados(const session::Context& context, const std::string& database);
+/// The same on an open connection: a line for each table whose indexes could not be rebuilt. Throws data::Error for
+/// another check that fails, and toolkit::Cancelled.
+std::string IndexFaults(data::Connection& connection, std::string_view database, toolkit::Progress& progress);
 
 }  // namespace korvel::databases

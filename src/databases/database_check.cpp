@@ -43,6 +43,17 @@ void CheckTable(data::Connection& connection, std::string_view database, std::st
 
 }  // namespace
 
+std::string IndexFaults(data::Connection& connection, std::string_view database,
+                        toolkit::Progress& progress) {
+  std::string lines;
+  toolkit::ProgressScope scope(progress, database, CountTables(connection));
+  for (const std::string& table : TableNames(connection)) {
+    CheckTable(connection, database, table, lines);
+    scope.Step([&] { return std::string_view(table); });
+  }
+  return lines;
+}
+
 bool VerificaBaseDados(const session::Context& context, const std::string& database) {
   session::ConnectionPtr connection;
   if (!session::OpenSessionDatabase(context, connection, database)) {
@@ -50,13 +61,8 @@ bool VerificaBaseDados(const session::Context& context, const std::string& datab
     return false;
   }
   return session::Reported(context, false, [&] {
-    std::string lines;
-    toolkit::ProgressScope progress(context.progress, database, CountTables(*connection));
-    for (const std::string& table : TableNames(*connection)) {
-      CheckTable(*connection, database, table, lines);
-      progress.Step([&] { return std::string_view(table); });
-    }
-    if (!lines.empty()) context.dialogs.Message(toolkit::Icon::Warning, lines);
+    const std::string faults = IndexFaults(*connection, database, context.progress);
+    if (!faults.empty()) context.dialogs.Message(toolkit::Icon::Warning, faults);
     return true;
   });
 }

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "databases/canned_connection.h"
 #include "support/scripted_world.h"
 
 namespace korvel::databases {
@@ -84,6 +85,22 @@ TEST_F(BackupsOfACompany, HostileNamesAreRefused) {
   EXPECT_FALSE(RestoreSQLDatabase(context, kCompany, "x' drop database Korvel0001 --"));
   EXPECT_FALSE(BackUpDatabase(context, "Korvel0009"));
   EXPECT_EQ(Colors().size(), 1U);
+}
+
+TEST(DatabaseCheck, TablesWhoseIndexesFailAreToldTogether) {
+  test::CannedConnection connection;
+  test::SilentProgress progress;
+  connection.answers["sp_tables"] = {
+      {{"TABLE_NAME", "TABLE_TYPE"},
+       {{"Cores", "TABLE"}, {"Vista", "VIEW"}, {"Tons", "TABLE"}, {"A B", "TABLE"}}}};
+  for (const char* statement : {"dbcc dbreindex('Cores')", "dbcc dbreindex('A B')"}) {
+    connection.refused.emplace(statement, data::Error(data::Failure::Statement, "chave repetida"));
+  }
+  EXPECT_EQ(IndexFaults(connection, "Korvel0001", progress),
+            "Falta de Indexado na Tabela [ Cores ]\nFalta de Indexado na Tabela [ A B ]");
+  EXPECT_THAT(connection.sent, testing::IsSupersetOf({"dbcc updateusage(Korvel0001,'A B')",
+                                                      "update statistics [A B]", "update statistics Cores"}));
+  EXPECT_THAT(connection.sent, testing::Not(testing::Contains(testing::HasSubstr("Vista"))));
 }
 
 TEST_F(BackupsOfACompany, CheckGoesThroughEveryTable) {

@@ -70,6 +70,21 @@ TEST(Structure, ProceduresMoveFromTheirCreateOnAndTheServersOwnStay) {
                                                    "CREATE PROCEDURE InsertLog AS\r\n", "return 0"}));
 }
 
+TEST(Structure, HostileNamesAreRefusedBeforeAnythingIsSent) {
+  test::CannedConnection connection;
+  const std::string hostile = "x] drop table Empresas --";
+  EXPECT_THROW(TableStatements(connection, hostile), data::Error);
+  EXPECT_THROW(CreateFieldList(connection, hostile), data::Error);
+  EXPECT_THROW(SQLDropField(connection, hostile, "Empresas"), data::Error);
+  EXPECT_THROW(SQLDropField(connection, "Codigo", hostile), data::Error);
+  EXPECT_THROW(SQLCheckIndex(connection, hostile, "Empresas"), data::Error);
+  EXPECT_EQ(connection.sent, std::vector<std::string>{});
+  connection.answers["sp_stored_procedures"] = {{{"PROCEDURE_OWNER", "PROCEDURE_NAME"}, {{"dbo", hostile}}}};
+  test::CannedConnection target;
+  EXPECT_THROW(CreateStoredProcedures(connection, target), data::Error);
+  EXPECT_EQ(target.sent, std::vector<std::string>{});
+}
+
 TEST(Structure, MembersOnATable) {
   test::TestServer server;
   server.UseCompany("0001");
