@@ -78,6 +78,22 @@ TEST_F(LoginForm, FirstAdministratorMakesTheConfiguration) {
   EXPECT_THAT(server.dialogs.Texts(), ElementsAre());
 }
 
+class LockedSettings final : public toolkit::Settings {
+ public:
+  std::optional<std::string> Read(std::string_view, std::string_view) const override { return std::nullopt; }
+  void Write(std::string_view, std::string_view, std::string_view) override {
+    throw std::runtime_error("sem espaço");
+  }
+};
+
+TEST_F(LoginForm, SettingsThatCannotBeKeptKeepNobodyOut) {
+  LockedSettings settings;
+  const Context locked{server.session,  server.servers, server.dialogs,
+                       server.progress, settings,       server.clock};
+  EXPECT_TRUE(Login(locked, {"", server.Name(), "sa", ""}));
+  EXPECT_THAT(server.dialogs.Texts(), ElementsAre("sem espaço"));
+}
+
 TEST_F(LoginForm, OrdinaryLoginNeedsAnAdministratorBeforeIt) {
   ASSERT_TRUE(databases::CreateLogin(context, "ana", "segredo", false));
   server.dialogs.answers = {0, 1};

@@ -76,9 +76,13 @@ void TakeSqlLogin(SessionRecord& session, const LoginFields& fields) {
   session.gPassword = fields.password;
 }
 
+/// What the form proposes next time. A store that cannot be written is shown, and keeps nobody out.
 void KeepLogin(const Context& context, const LoginFields& fields) {
-  context.settings.Write(kServers, kName, fields.server);
-  context.settings.Write(kServers, kLogin, fields.windows ? std::string_view() : fields.login);
+  Reported(context, false, [&] {
+    context.settings.Write(kServers, kName, fields.server);
+    context.settings.Write(kServers, kLogin, fields.windows ? std::string_view() : fields.login);
+    return true;
+  });
 }
 
 }  // namespace

@@ -45,12 +45,15 @@ std::vector<std::string> FirstColumn(data::Connection& connection, std::string_v
   return texts;
 }
 
+/// The machine's administrators as a group are no user of the system.
+bool IsAdministrators(std::string_view login) {
+  return toolkit::Lower(toolkit::Trim(login)) == "builtin\\administrators";
+}
+
 std::vector<std::string> ServerLogins(data::Connection& config) {
   config.Execute("Use Master");
   auto logins = FirstColumn(config, "Select Name from SysLogins");
-  std::erase_if(logins, [](const std::string& login) {
-    return toolkit::Lower(toolkit::Trim(login)) == "builtin\\administrators";
-  });
+  std::erase_if(logins, IsAdministrators);
   return logins;
 }
 
@@ -99,8 +102,9 @@ Changes FindChanges(data::Connection& config, bool windows) {
   // A login of the other kind of authentication is still one of the server's: it stays.
   std::erase_if(changes.gone,
                 [there = LoginSet(logins)](const std::string& login) { return there.Has(login); });
-  std::erase_if(changes.added,
-                [seen = LoginSet(known)](const NewUser& user) mutable { return !seen.Add(user.login); });
+  std::erase_if(changes.added, [seen = LoginSet(known)](const NewUser& user) mutable {
+    return IsAdministrators(user.login) || !seen.Add(user.login);
+  });
   return changes;
 }
 
