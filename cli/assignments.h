@@ -18,6 +18,7 @@ class AssignmentArguments {
  public:
   /// `form` is what the help shows, such as "COLUNA=VALOR".
   void Declare(CLI::App& app, std::string_view form, const std::string& help);
+  bool Given() const { return !texts_.empty(); }
   /// In their order. Throws UsageError when there is none or one lacks its "=".
   std::vector<Assignment> Get() const;
 

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/needed_right.h"
 #include "cli/workspace.h"
 
 namespace korvel::cli {
@@ -25,6 +26,7 @@ class Command {
   /// Whether an embedded server that is not there is made for it: elsewhere a mistyped name must not pass for an empty
   /// server.
   virtual bool MakesServer() const { return false; }
+  virtual NeededRight Needs() const { return {}; }
   /// False when the system refused and has said why through the dialogs. Throws Refusal, UsageError, data::Error,
   /// toolkit::Cancelled.
   virtual bool Run(Workspace& workspace) = 0;

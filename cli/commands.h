@@ -10,8 +10,6 @@ namespace korvel::cli {
 
 // One function a command; each is made in the file of commands/ that is named after it.
 std::unique_ptr<Command> MakeSql();
-std::unique_ptr<Command> MakeEmpresaCriar();
-std::unique_ptr<Command> MakeEmpresaListar();
 std::unique_ptr<Command> MakeActualizar();
 std::unique_ptr<Command> MakeParametrosDefinir();
 std::unique_ptr<Command> MakeParametrosMostrar();
@@ -29,7 +27,11 @@ std::unique_ptr<Command> MakeEnvioHistorico();
 std::unique_ptr<Command> MakeEnvioEliminar();
 std::unique_ptr<Command> MakeCifraCifrar();
 std::unique_ptr<Command> MakeCifraDecifrar();
-/// The commands "extrair ...".
+std::unique_ptr<Command> MakeLogProcurar();
+/// The commands of one first word.
+CommandList MakeEmpresa();
+CommandList MakeUtilizador();
+CommandList MakeAcessos();
 CommandList MakeExtrair();
 
 /// All commands, in the order of the help.

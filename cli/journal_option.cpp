@@ -1,15 +1,9 @@
 #include "cli/journal_option.h"
 
+#include "cli/option_lists.h"
 #include "periods/parameters.h"
-#include "toolkit/text.h"
 
 namespace korvel::cli {
-
-std::vector<std::string> CodeList(std::string_view text) {
-  std::vector<std::string> codes = toolkit::StripString(text, ",");
-  std::erase(codes, "");
-  return codes;
-}
 
 void JournalOption::Declare(CLI::App& app) {
   option_ = app.add_option("--diarios", codes_, "Diários de que vêm os saldos iniciais, como 00 ou 00,01")

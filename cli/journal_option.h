@@ -22,9 +22,6 @@ class JournalOption {
   CLI::Option* option_ = nullptr;
 };
 
-/// Codes between commas, trimmed, blank ones left out.
-std::vector<std::string> CodeList(std::string_view text);
-
 /// What a run without journals must be told about.
 inline constexpr std::string_view kNoJournalWarning =
     "Aviso: sem diários seleccionados, todos os saldos iniciais ficam a zero (veja --diarios).";

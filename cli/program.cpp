@@ -70,6 +70,14 @@ Exit TellFailure(std::ostream& err) {
   return Exit::Refused;
 }
 
+bool Succeeds(Command& command, Workspace& workspace) {
+  try {
+    return command.Run(workspace);
+  } catch (const Refused&) {
+    return false;
+  }
+}
+
 Exit RunCommand(CommandLine& line, const CommandEnvironment& environment) {
   Command* command = line.Chosen();
   if (command == nullptr) {
@@ -78,8 +86,8 @@ Exit RunCommand(CommandLine& line, const CommandEnvironment& environment) {
   }
   try {
     const GlobalOptions globals = line.Globals(environment);
-    Workspace workspace(environment, globals, command->MakesServer());
-    if (command->Run(workspace)) return Exit::Done;
+    Workspace workspace(environment, globals, command->MakesServer(), command->Needs());
+    if (Succeeds(*command, workspace)) return Exit::Done;
     if (workspace.Interrupted()) throw toolkit::Cancelled();
     workspace.Dialogs().ExplainSilence();
     return Exit::Refused;

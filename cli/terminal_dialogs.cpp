@@ -61,9 +61,8 @@ bool TerminalDialogs::ConfirmDeletion(std::string_view, std::string_view text) {
   return false;
 }
 
-std::optional<toolkit::Credentials> TerminalDialogs::AskLogin(std::string_view caption, std::string_view) {
-  Say(caption);
-  return std::nullopt;
+std::optional<toolkit::Credentials> TerminalDialogs::AskLogin(std::string_view, std::string_view) {
+  return login_;
 }
 
 void TerminalDialogs::SayReason(std::string_view text) {

@@ -18,10 +18,11 @@ class TerminalDialogs final : public toolkit::Dialogs {
   std::size_t Ask(std::string_view text, std::span<const std::string_view> buttons) override;
   std::size_t Alert(std::string_view caption, std::span<const std::string_view> buttons) override;
   bool ConfirmDeletion(std::string_view title, std::string_view text) override;
-  /// Nobody sits at the terminal to log in once more: gives nothing.
+  /// Answers with the command line's own login: nobody sits at the terminal to type another.
   std::optional<toolkit::Credentials> AskLogin(std::string_view caption, std::string_view login) override;
   void Focus(std::string_view field) override { focused_ = field; }
 
+  void AnswerLogins(toolkit::Credentials credentials) { login_ = std::move(credentials); }
   /// Says why a run failed, unless that was the last thing said.
   void SayReason(std::string_view text);
   /// For a refusal that said nothing: names the field that the form would have put its cursor in.
@@ -32,6 +33,7 @@ class TerminalDialogs final : public toolkit::Dialogs {
 
   std::ostream& err_;
   bool deletionsConfirmed_;
+  toolkit::Credentials login_;
   std::string lastSaid_;
   std::string focused_;
 };

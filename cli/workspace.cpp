@@ -2,13 +2,16 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "cli/failures.h"
 #include "data/error.h"
-#include "data/sql_text.h"
-#include "databases/companies.h"
-#include "databases/sql_admin.h"
-#include "periods/parameters.h"
-#include "session/lookups.h"
+#include "security/base_rights.h"
+#include "security/right_rows.h"
+#include "security/rights.h"
+#include "session/entry/login.h"
+#include "session/entry/main_window.h"
+#include "session/entry/user_synchronisation.h"
 #include "toolkit/regional.h"
 #include "toolkit/text.h"
 
@@ -33,9 +36,11 @@ bool IsFailure(std::int32_t number, data::Failure failure) {
 
 }  // namespace
 
-Workspace::Workspace(const CommandEnvironment& environment, const GlobalOptions& options, bool makesServer)
+Workspace::Workspace(const CommandEnvironment& environment, const GlobalOptions& options, bool makesServer,
+                     const NeededRight& right)
     : environment_(environment),
       options_(options),
+      right_(right),
       dialogs_(environment.err, options.sim),
       progress_(environment.err, environment.errIsTerminal, environment.interrupted) {
   servers_.embeddedFolder = environment.serversFolder;
@@ -45,7 +50,7 @@ Workspace::Workspace(const CommandEnvironment& environment, const GlobalOptions&
   session_.gLogin = toolkit::Upper(options.login);
   session_.gPassword = options.password;
   session_.gAutenticacaoWindows = options.windows;
-  session_.gUtilizador = session_.gLogin;
+  dialogs_.AnswerLogins({options.login, options.password});
   session_.gCmdLogin = session_.gLogin;
   TakeRegional(session_, toolkit::LoadRegional(environment.settings));
 }
@@ -80,30 +85,64 @@ session::ConnectionPtr Workspace::Open(std::string_view database) {
 
 void Workspace::Login() {
   Open(kMaster);
+  const session::LoginFields fields{.machine = {},
+                                    .server = options_.servidor,
+                                    .login = options_.login,
+                                    .password = options_.password,
+                                    .windows = options_.windows};
+  const auto context = Context();
+  const bool entered = session::Authenticate(context, fields) && session::ReachConfiguration(context) &&
+                       session::SynchroniseUsers(context) && selection_.Load(context);
+  if (!entered) throw Refused();
+}
+
+void Workspace::LoginAsAdministrator() {
+  Login();
+  if (!selection_.HasAdminMenus()) throw Refusal("o Seu Login não lhe permite esta tarefa !");
+}
+
+std::string Workspace::ListedCompany() const {
+  if (!options_.empresa) throw UsageError("Falta a opção --empresa.");
+  const std::string_view code = toolkit::Trim(*options_.empresa);
+  if (code.empty()) throw Refusal("Não definiu a Empresa!");
+  const auto found = std::ranges::find_if(Companies(), [&](const session::CompanyLine& company) {
+    return toolkit::SameIgnoringCase(company.code, code);
+  });
+  if (found == Companies().end()) {
+    throw Refusal(fmt::format("A empresa {} não existe em {}, ou o login {} não a vê.", code,
+                              session_.gServidor, session_.gLogin));
+  }
+  return found->code;
+}
+
+bool Workspace::DeleteListedCompany() {
+  selection_.Select(ListedCompany());
+  return selection_.EliminarEmpresa(Context());
+}
+
+void Workspace::EnsureBaseRights() {
+  const auto config = Open(session::kConfigDatabase);
+  if (security::ReadRights(*config, security::kBaseSet).empty())
+    security::CreateBaseRights(Context(), *config);
 }
 
 void Workspace::EnterCompany() {
   if (!options_.empresa) throw UsageError("Falta a opção --empresa.");
-  const std::string code(toolkit::Trim(*options_.empresa));
-  if (code.empty()) throw Refusal("Não definiu a Empresa!");
-  EnterCompany(code);
+  Login();
+  session_.gCmdEmpresa = ListedCompany();
+  selection_.Select(session_.gCmdEmpresa);
+  if (!selection_.Selecionar(Context())) throw Refused();
+  session::LoadMainWindow(Context());
+  RequireRight();
 }
 
-void Workspace::EnterCompany(std::string_view code) {
-  const auto master = Open(kMaster);
-  const std::string database = databases::CompanyDatabase(code);
-  if (!databases::CheckDatabase(*master, database)) {
-    throw Refusal(fmt::format("A empresa {} não existe em {}.", code, session_.gServidor));
-  }
-  session_.gCodEmpresa = session_.gCmdEmpresa = code;
-  session_.gBaseDados = database;
-  if (databases::CheckDatabase(*master, session::kConfigDatabase)) {
-    const auto config = Open(session::kConfigDatabase);
-    session_.gNomeEmpresa = session::LerCampoTabela(*config, "Empresas", "Descricao", {"Codigo", code});
-    session_.gDescEmpresa = session_.gNomeEmpresa;
-  }
-  const auto company = OpenCompany();
-  periods::LoadSessionParameters(Context(), *company);
+/// What a window would ask before it opens, and before its button does its work.
+void Workspace::RequireRight() {
+  if (right_.form.empty()) return;
+  const bool allowed =
+      security::MayOpenForm(Context(), right_.form) &&
+      (right_.button.empty() || security::Acessos_bln(Context(), right_.form, right_.button, right_.writes));
+  if (!allowed) throw Refused();
 }
 
 }  // namespace korvel::cli

@@ -6,55 +6,44 @@
 #include "cli/commands.h"
 #include "cli/failures.h"
 #include "databases/companies.h"
-#include "databases/company_upgrade.h"
-#include "databases/sql_admin.h"
+#include "databases/upgrade_all.h"
 #include "databases/version.h"
 
 namespace korvel::cli {
 
 namespace {
 
-std::vector<std::string> CompanyCodes(Workspace& workspace) {
-  const auto master = workspace.Open("master");
-  std::vector<std::string> codes;
-  if (!databases::CheckDatabase(*master, session::kConfigDatabase)) return codes;
-  const auto config = workspace.Open(session::kConfigDatabase);
-  auto rows = config->Query("select codigo from Empresas order by codigo,NumRegisto");
-  for (; !rows.Eof(); rows.MoveNext()) codes.emplace_back(rows.Text("codigo"));
-  return codes;
-}
-
-bool Upgrade(Workspace& workspace) {
-  const std::string database = workspace.Context().session.gBaseDados;
-  if (!databases::ActDBaseExecuta(workspace.Context(), database).ran) return false;
-  workspace.Out() << fmt::format("{}: actualizada para a versão {}.\n", database,
-                                 databases::ProgramVersion());
-  return true;
-}
-
 class Actualizar final : public Command {
  public:
   std::string_view Path() const override { return "actualizar"; }
   std::string_view Summary() const override {
-    return "Actualiza a base de dados da empresa, ou de todas sem --empresa";
+    return "Actualiza a configuração e a empresa de --empresa, ou todas sem ela";
   }
-  void Declare(CLI::App&) override {}
+
+  void Declare(CLI::App& app) override { app.add_flag("--todas", all_, "Todas as empresas do servidor"); }
 
   bool Run(Workspace& workspace) override {
-    workspace.Login();
-    if (workspace.CompanyGiven()) {
-      workspace.EnterCompany();
-      return Upgrade(workspace);
-    }
-    const auto codes = CompanyCodes(workspace);
+    if (all_ && workspace.CompanyGiven()) throw UsageError("A opção --todas não se usa com --empresa.");
+    workspace.LoginAsAdministrator();
+    const std::vector<std::string> codes = Codes(workspace);
     if (codes.empty()) throw Refusal("O servidor não tem empresas.");
-    bool all = true;
+    if (!databases::UpgradeCompanies(workspace.Context(), codes)) return false;
     for (const std::string& code : codes) {
-      workspace.EnterCompany(code);
-      all = Upgrade(workspace) && all;
+      workspace.Out() << fmt::format("{}: actualizada para a versão {}.\n", databases::CompanyDatabase(code),
+                                     databases::ProgramVersion());
     }
-    return all;
+    return true;
   }
+
+ private:
+  static std::vector<std::string> Codes(Workspace& workspace) {
+    if (workspace.CompanyGiven()) return {workspace.ListedCompany()};
+    std::vector<std::string> codes;
+    for (const session::CompanyLine& company : workspace.Companies()) codes.push_back(company.code);
+    return codes;
+  }
+
+  bool all_ = false;
 };
 
 }  // namespace

@@ -44,6 +44,7 @@ class ArmazemDefinir final : public Command {
   std::string_view Summary() const override {
     return "Define a região de isenção de armazéns; os outros ficam";
   }
+  NeededRight Needs() const override { return {"frmParamGeral", "cmdGravar", true}; }
 
   void Declare(CLI::App& app) override {
     values_.Declare(app, "ARMAZÉM=REGIÃO", "Códigos dos armazéns com PT, PT-AC ou PT-MA, como A1=PT");

@@ -22,6 +22,7 @@ class Assistente final : public Command {
   std::string_view Summary() const override {
     return "Prepara um período de uma vez e escreve o ficheiro de auditoria";
   }
+  NeededRight Needs() const override { return {"frmWizard", "cmdGravar", true}; }
 
   void Declare(CLI::App& app) override {
     app.add_option("--ano", input_.txtAno, "Ano fiscal")->required()->type_name("ANO");

@@ -41,9 +41,10 @@ class Demo final : public Command {
     demo::BooksOptions options;
     if (!lines_.empty()) options.lines = WholeNumber("--linhas", lines_, 1, 100'000'000);
     if (!year_.empty()) options.year = static_cast<int>(WholeNumber("--ano", year_, 2000, 2078));
-    workspace.Login();
+    workspace.LoginAsAdministrator();
     const auto made = demo::MakeDemoCompany(workspace.Context(), options);
     if (!made) return false;
+    workspace.EnsureBaseRights();
     Report(workspace, *made, options.year);
     return true;
   }

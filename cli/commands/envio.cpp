@@ -9,39 +9,15 @@
 #include "cli/commands.h"
 #include "cli/failures.h"
 #include "cli/journal_option.h"
+#include "cli/option_lists.h"
 #include "cli/period_options.h"
 #include "cli/wizard_report.h"
 #include "cli/written_files.h"
-#include "toolkit/options.h"
 #include "toolkit/text.h"
 
 namespace korvel::cli {
 
 namespace {
-
-using toolkit::Option;
-
-/// The entry of an option list that a typed key means, in any case.
-Option Choose(std::string_view option, std::string_view list, std::string_view key) {
-  const auto choices = toolkit::eselToArray(list);
-  const auto found = std::ranges::find_if(choices, [&](const Option& choice) {
-    return toolkit::SameIgnoringCase(choice.key, toolkit::Trim(key));
-  });
-  if (found != choices.end()) return *found;
-  std::string keys;
-  for (const Option& choice : choices) {
-    if (!choice.key.empty()) keys += (keys.empty() ? "" : ", ") + choice.key;
-  }
-  throw UsageError(fmt::format("A opção {} aceita {}, ou vazio, não \"{}\".", option, keys, key));
-}
-
-/// What a stored key stands for; the key itself when no list has it.
-std::string CaptionOf(std::string_view list, const std::string& key) {
-  for (const Option& choice : toolkit::eselToArray(list)) {
-    if (choice.key == key) return choice.caption;
-  }
-  return key;
-}
 
 class EnvioDefinir final : public Command {
  public:
@@ -49,6 +25,7 @@ class EnvioDefinir final : public Command {
   std::string_view Summary() const override {
     return "Define quando se exporta automaticamente, e que período";
   }
+  NeededRight Needs() const override { return {"frmWizard", "cmdEnvioAuto", true}; }
 
   void Declare(CLI::App& app) override {
     app.add_option("--periodicidade", often_, "Todos os meses ou todos os anos; vazio: sem efeito")
@@ -61,8 +38,8 @@ class EnvioDefinir final : public Command {
 
   bool Run(Workspace& workspace) override {
     const automation::SendingSettings settings{
-        Choose("--periodicidade", automation::kPeriodicidadeList, often_).key,
-        Choose("--periodo", automation::kPeriodoDadosList, which_).key};
+        ChosenKey("--periodicidade", automation::kPeriodicidadeList, often_),
+        ChosenKey("--periodo", automation::kPeriodoDadosList, which_)};
     workspace.EnterCompany();
     const auto company = workspace.OpenCompany();
     if (!automation::GravarEnvioAutomatico(*company, settings))
@@ -79,6 +56,7 @@ class EnvioMostrar final : public Command {
  public:
   std::string_view Path() const override { return "envio mostrar"; }
   std::string_view Summary() const override { return "Mostra as definições da exportação automática"; }
+  NeededRight Needs() const override { return {"frmWizard", {}}; }
   void Declare(CLI::App&) override {}
 
   bool Run(Workspace& workspace) override {
@@ -101,6 +79,7 @@ class EnvioExecutar final : public Command {
   std::string_view Summary() const override {
     return "Exporta o período que estiver em falta; próprio para correr todos os dias";
   }
+  NeededRight Needs() const override { return {"frmWizard", "cmdGravar", true}; }
 
   void Declare(CLI::App& app) override {
     app.add_option("--hoje", today_, "O dia por que se calcula o período (o de hoje)")
@@ -154,6 +133,7 @@ class EnvioHistorico final : public Command {
  public:
   std::string_view Path() const override { return "envio historico"; }
   std::string_view Summary() const override { return "Mostra as exportações feitas, a última primeiro"; }
+  NeededRight Needs() const override { return {"frmWizard", {}}; }
   void Declare(CLI::App&) override {}
 
   bool Run(Workspace& workspace) override {
@@ -173,6 +153,7 @@ class EnvioEliminar final : public Command {
  public:
   std::string_view Path() const override { return "envio eliminar"; }
   std::string_view Summary() const override { return "Elimina todo o histórico (pede --sim)"; }
+  NeededRight Needs() const override { return {"frmWizard", "cmdEnvioAuto", true}; }
   void Declare(CLI::App&) override {}
 
   bool Run(Workspace& workspace) override {

@@ -6,7 +6,7 @@
 #include "auditfile/export_run.h"
 #include "cli/commands.h"
 #include "cli/failures.h"
-#include "cli/journal_option.h"
+#include "cli/option_lists.h"
 #include "cli/period_options.h"
 #include "cli/written_files.h"
 #include "periods/period_editor.h"
@@ -63,6 +63,7 @@ class Exportar final : public Command {
   std::string_view Summary() const override {
     return "Escreve o ficheiro de auditoria de um período já gravado";
   }
+  NeededRight Needs() const override { return {"frmExportaSAFT", "cmdProcessar"}; }
 
   void Declare(CLI::App& app) override {
     period_.Declare(app);

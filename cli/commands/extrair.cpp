@@ -30,6 +30,7 @@ using billing::BillingPeriod;
 /// One section of a period: which periods have it, where it is staged, what loads and saves it.
 struct Section {
   std::string_view path;
+  std::string_view form;  // whose right to save it takes
   std::string_view summary;
   std::string_view periodKinds;
   std::string_view table;
@@ -88,24 +89,25 @@ bool ExtractDocuments(Workspace& workspace, const BillingPeriod& period, const J
 }
 
 constexpr Section kSections[] = {
-    {"extrair contas", "Plano de contas com os saldos iniciais", accounting::kAccountingOrIntegratedPeriods,
-     "TabGeneralLedger", ExtractAccounts, false, true},
-    {"extrair movimentos", "Movimentos contabilísticos das contas gravadas",
+    {"extrair contas", "frmGeneralLedger", "Plano de contas com os saldos iniciais",
+     accounting::kAccountingOrIntegratedPeriods, "TabGeneralLedger", ExtractAccounts, false, true},
+    {"extrair movimentos", "frmGeneralLedgerEntriesLunder", "Movimentos contabilísticos das contas gravadas",
      accounting::kAccountingOrIntegratedPeriods, "TabGeneralLedgerEntriesPOC", ExtractEntries},
-    {"extrair clientes", "Clientes da contabilidade", accounting::kAccountingPeriods, "TabCustomerPOC",
-     ExtractThirdParties<accounting::Clientes>},
-    {"extrair fornecedores", "Fornecedores da contabilidade", accounting::kAccountingOrIntegratedPeriods,
-     "TabSupplierPOC", ExtractThirdParties<accounting::Fornecedores>},
-    {"extrair impostos", "Tabela de impostos da contabilidade", accounting::kAccountingPeriods,
-     "TabTaxTablePOC", ExtractTaxes},
-    {"extrair clientes-brevant", "Clientes da gestão", billing::kBillingOrIntegratedPeriods,
-     "TabCustomerGEST", ExtractBillingCustomers, true},
-    {"extrair produtos", "Produtos da gestão", billing::kBillingOrIntegratedPeriods, "TabProductGEST",
-     ExtractProducts, true},
-    {"extrair impostos-brevant", "Tabela de impostos da gestão", billing::kBillingOrIntegratedPeriods,
-     "TabTaxTableGEST", ExtractBillingTaxes, true},
-    {"extrair documentos", "Documentos comerciais da gestão", billing::kBillingOrIntegratedPeriods,
-     "TabSourceDocumentsGEST", ExtractDocuments, true},
+    {"extrair clientes", "frmCustomerLunder", "Clientes da contabilidade", accounting::kAccountingPeriods,
+     "TabCustomerPOC", ExtractThirdParties<accounting::Clientes>},
+    {"extrair fornecedores", "frmSupplierLunder", "Fornecedores da contabilidade",
+     accounting::kAccountingOrIntegratedPeriods, "TabSupplierPOC",
+     ExtractThirdParties<accounting::Fornecedores>},
+    {"extrair impostos", "frmTaxTableLunder", "Tabela de impostos da contabilidade",
+     accounting::kAccountingPeriods, "TabTaxTablePOC", ExtractTaxes},
+    {"extrair clientes-brevant", "frmCustomerBrevant", "Clientes da gestão",
+     billing::kBillingOrIntegratedPeriods, "TabCustomerGEST", ExtractBillingCustomers, true},
+    {"extrair produtos", "frmProductBrevant", "Produtos da gestão", billing::kBillingOrIntegratedPeriods,
+     "TabProductGEST", ExtractProducts, true},
+    {"extrair impostos-brevant", "frmTaxTableBrevant", "Tabela de impostos da gestão",
+     billing::kBillingOrIntegratedPeriods, "TabTaxTableGEST", ExtractBillingTaxes, true},
+    {"extrair documentos", "frmSourceDocumentsBrevant", "Documentos comerciais da gestão",
+     billing::kBillingOrIntegratedPeriods, "TabSourceDocumentsGEST", ExtractDocuments, true},
 };
 
 class Extrair final : public Command {
@@ -114,6 +116,7 @@ class Extrair final : public Command {
 
   std::string_view Path() const override { return section_.path; }
   std::string_view Summary() const override { return section_.summary; }
+  NeededRight Needs() const override { return {section_.form, "cmdGravar", true}; }
 
   void Declare(CLI::App& app) override {
     period_.Declare(app);

@@ -69,6 +69,7 @@ class ParametrosDefinir final : public Command {
  public:
   std::string_view Path() const override { return "parametros definir"; }
   std::string_view Summary() const override { return "Altera os parâmetros gerais da empresa"; }
+  NeededRight Needs() const override { return {"frmParamGeral", "cmdGravar", true}; }
 
   void Declare(CLI::App& app) override {
     values_.Declare(app, "COLUNA=VALOR",
@@ -98,6 +99,7 @@ class ParametrosMostrar final : public Command {
  public:
   std::string_view Path() const override { return "parametros mostrar"; }
   std::string_view Summary() const override { return "Mostra os parâmetros gerais da empresa"; }
+  NeededRight Needs() const override { return {"frmParamGeral", {}}; }
   void Declare(CLI::App&) override {}
 
   bool Run(Workspace& workspace) override {

@@ -63,6 +63,7 @@ class PeriodoCriar final : public Command {
   std::string_view Summary() const override {
     return "Cria um período; o que não for dado vem do período mais recente";
   }
+  NeededRight Needs() const override { return {"frmTabHeader", "cmdAdicionar", true}; }
 
   void Declare(CLI::App& app) override {
     values_.Declare(app, "COLUNA=VALOR", "Colunas do Header, como FiscalYear=2025 ou TaxAccountingBasis=C");
@@ -90,6 +91,7 @@ class PeriodoListar final : public Command {
  public:
   std::string_view Path() const override { return "periodo listar"; }
   std::string_view Summary() const override { return "Mostra os períodos da empresa"; }
+  NeededRight Needs() const override { return {"frmTabHeader", {}}; }
   void Declare(CLI::App&) override {}
 
   bool Run(Workspace& workspace) override {
@@ -117,6 +119,7 @@ class PeriodoEliminar final : public Command {
   std::string_view Summary() const override {
     return "Elimina um período com tudo o que foi gravado para ele";
   }
+  NeededRight Needs() const override { return {"frmTabHeader", "cmdEliminar", true}; }
   void Declare(CLI::App& app) override { period_.Declare(app); }
 
   bool Run(Workspace& workspace) override {

@@ -88,7 +88,8 @@ class Sql final : public Command {
     if (file_->count() + text_->count() == 0) throw UsageError("Falta a opção --ficheiro ou --texto.");
     if (toolkit::IsBlank(database_)) throw Refusal("Não definiu a Base de Dados!");
     const std::string script = file_->count() > 0 ? ReadScript(path_) : script_;
-    workspace.Login();
+    // A refused login is told in the words of the login form.
+    workspace.Open("master");
     const auto connection = workspace.Open(database_);
     for (const std::string_view batch : databases::ScriptBatches(script))
       RunBatch(workspace, *connection, batch);

@@ -35,7 +35,8 @@ CliWorld::CliWorld(Start start) {
   if (start == Start::Demonstration) fs::copy(DemonstrationServers(), Servers(), fs::copy_options::recursive);
 }
 
-CommandResult CliWorld::Run(const std::vector<std::string>& arguments) {
+CommandResult CliWorld::Run(std::vector<std::string> arguments) {
+  if (!server_.empty()) arguments.insert(arguments.end(), {"--servidor", server_});
   std::ostringstream out;
   std::ostringstream err;
   const cli::CommandEnvironment environment{

@@ -26,8 +26,10 @@ class CliWorld {
   /// Nothing there yet, or, with a demonstration, the company that `korvelctl demo` makes.
   enum class Start { Empty, Demonstration };
   explicit CliWorld(Start start = Start::Empty);
+  /// Nothing there yet either; commands that name no server go to this one.
+  explicit CliWorld(std::string server) : CliWorld() { server_ = std::move(server); }
 
-  CommandResult Run(const std::vector<std::string>& arguments);
+  CommandResult Run(std::vector<std::string> arguments);
   /// With a line of words as a shell takes them.
   CommandResult Run(std::string_view line);
   ProcessResult RunProcess(std::string_view line) const;
@@ -53,6 +55,7 @@ class CliWorld {
   std::map<std::string, std::string> Environment() const;
 
   TempFolder folder_;
+  std::string server_;  // blank: the commands' own default
   MemorySettings settings_;
 };
 

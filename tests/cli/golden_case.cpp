@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <span>
 #include <sstream>
 #include <stdexcept>
 
@@ -13,6 +14,7 @@ namespace korvel::test {
 namespace {
 
 constexpr std::string_view kAnything = "{*}";
+constexpr std::string_view kAnyLines = "{...}";
 constexpr std::string_view kFolder = "{PASTA}";
 
 std::string WithFolder(std::string text, const std::string& folder) {
@@ -41,8 +43,11 @@ void TakeLine(GoldenCase& golden, const std::string& line) {
     case '+':
       golden.files.back().text += rest + '\n';
       return;
+    case '~':
+      golden.steps.push_back({{}, rest, {}, {}, 0});
+      return;
     case '$':
-      golden.steps.push_back({rest, {}, {}, 0});
+      golden.steps.push_back({rest, {}, {}, {}, 0});
       return;
     case '|':
       golden.steps.back().out.push_back(rest);
@@ -65,14 +70,36 @@ std::string Transcript(const GoldenStep& step, const CommandResult& result) {
   return text + "= " + std::to_string(result.exitCode) + '\n';
 }
 
-bool Fits(const std::vector<std::string>& expected, const std::string& printed, const std::string& folder) {
-  const auto lines = Lines(printed);
-  return std::ranges::equal(expected, lines, [&](const std::string& wanted, const std::string& line) {
-    return LineFits(WithFolder(wanted, folder), line);
-  });
+using Lineset = std::span<const std::string>;
+
+/// A line that stands for any number of lines may be followed by others.
+bool LinesFit(Lineset expected, Lineset printed) {
+  if (expected.empty()) return printed.empty();
+  if (expected.front() == kAnyLines) {
+    return LinesFit(expected.subspan(1), printed) ||
+           (!printed.empty() && LinesFit(expected, printed.subspan(1)));
+  }
+  return !printed.empty() && LineFits(expected.front(), printed.front()) &&
+         LinesFit(expected.subspan(1), printed.subspan(1));
+}
+
+bool Fits(std::vector<std::string> expected, const std::string& printed, const std::string& folder) {
+  for (std::string& line : expected) line = WithFolder(std::move(line), folder);
+  return LinesFit(expected, Lines(printed));
+}
+
+void SetVariable(CliWorld& world, const std::string& text) {
+  const auto equals = text.find('=');
+  const std::string name = text.substr(0, equals);
+  if (equals == text.npos) {
+    world.variables.erase(name);
+  } else {
+    world.variables[name] = text.substr(equals + 1);
+  }
 }
 
 void RunStep(CliWorld& world, const GoldenStep& step) {
+  if (!step.variable.empty()) return SetVariable(world, step.variable);
   const std::string folder = world.Output().string();
   const CommandResult result = world.Run(WithFolder(step.command, folder));
   const bool same = result.exitCode == step.exitCode && Fits(step.out, result.out, folder) &&
@@ -110,6 +137,10 @@ std::vector<GoldenCase> ReadCases() {
 
 void RunCase(const GoldenCase& golden) {
   CliWorld world(golden.demonstration ? CliWorld::Start::Demonstration : CliWorld::Start::Empty);
+  RunCase(golden, world);
+}
+
+void RunCase(const GoldenCase& golden, CliWorld& world) {
   for (const GoldenFile& file : golden.files) WriteFile(world.Output() / file.name, file.text);
   for (const GoldenStep& step : golden.steps) RunStep(world, step);
 }
