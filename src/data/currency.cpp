@@ -1,5 +1,6 @@
 #include "data/currency.h"
 
+#include <limits>
 #include <stdexcept>
 
 namespace korvel::data {
@@ -16,9 +17,9 @@ bool IsDigit(char c) {
 }
 
 /// Appends one decimal digit to a magnitude; false when it no longer fits.
-bool Append(std::int64_t& magnitude, int digit) {
-  return !__builtin_mul_overflow(magnitude, std::int64_t{10}, &magnitude) &&
-         !__builtin_add_overflow(magnitude, std::int64_t{digit}, &magnitude);
+bool Append(std::uint64_t& magnitude, char digit) {
+  return !__builtin_mul_overflow(magnitude, std::uint64_t{10}, &magnitude) &&
+         !__builtin_add_overflow(magnitude, static_cast<std::uint64_t>(digit - '0'), &magnitude);
 }
 
 /// Whether the digits behind the fourth decimal round a magnitude up, half to even.
@@ -45,22 +46,25 @@ std::optional<Currency> Currency::FromText(std::string_view text) {
       point == std::string_view::npos ? std::string_view{} : text.substr(point + 1);
   if (whole.empty() && decimals.empty()) return std::nullopt;
 
-  std::int64_t magnitude = 0;
+  std::uint64_t magnitude = 0;
   for (const char c : whole) {
-    if (!IsDigit(c) || !Append(magnitude, c - '0')) return std::nullopt;
+    if (!IsDigit(c) || !Append(magnitude, c)) return std::nullopt;
   }
   for (std::size_t i = 0; i < kDecimals; ++i) {
     const char c = i < decimals.size() ? decimals[i] : '0';
-    if (!IsDigit(c) || !Append(magnitude, c - '0')) return std::nullopt;
+    if (!IsDigit(c) || !Append(magnitude, c)) return std::nullopt;
   }
   const std::string_view rest = decimals.size() > kDecimals ? decimals.substr(kDecimals) : std::string_view{};
   for (const char c : rest) {
     if (!IsDigit(c)) return std::nullopt;
   }
-  if (RoundsUp(rest, magnitude % 2 != 0) && __builtin_add_overflow(magnitude, std::int64_t{1}, &magnitude)) {
+  if (RoundsUp(rest, magnitude % 2 != 0) && __builtin_add_overflow(magnitude, std::uint64_t{1}, &magnitude)) {
     return std::nullopt;
   }
-  return FromUnits(negative ? -magnitude : magnitude);
+  // The lowest amount is one unit further from zero than the highest.
+  constexpr std::uint64_t kHighest = std::numeric_limits<std::int64_t>::max();
+  if (magnitude > kHighest + (negative ? 1 : 0)) return std::nullopt;
+  return FromUnits(static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude));
 }
 
 Currency Currency::operator-() const {

@@ -74,7 +74,7 @@ TEST_P(ErrorsContract, UnreachableServersFailWithinTheTimeout) {
 
 TEST_P(ErrorsContract, AWrongPasswordIsNotAMissingServer) {
   if (Lacks(Feature::Logins)) GTEST_SKIP();
-  const auto error = ErrorOf([&] { Server().OpenWithPassword("segredo};x=1"); });
+  const auto error = ErrorOf([&] { Server().OpenWithPassword("segredo}x=1;y"); });
   ASSERT_TRUE(error);
   EXPECT_EQ(error->Kind(), Failure::WrongLogin) << error->what();
   EXPECT_EQ(error->Native(), 18456);

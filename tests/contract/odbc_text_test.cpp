@@ -45,10 +45,20 @@ TEST(OdbcText, NoValuePassesForAKeyword) {
   const ConnectionString target{"servidor", "base;UID=x", "o}dono", false};
   EXPECT_EQ(ConnectionText("FreeTDS", target, "a;b}c={"),
             "Driver=FreeTDS;Server=servidor;Port=1433;TDS_Version=7.4;ClientCharset=UTF-8;"
-            "Database={base;UID=x};APP=Korvel;UID={o}}dono};PWD={a;b}}c={}");
+            "Database={base;UID=x};APP=Korvel;UID=o}dono;PWD={a;b}c={};");
+  EXPECT_EQ(ConnectionText("ODBC Driver 18", target, "a;b}c={"),
+            "Driver={ODBC Driver 18};Server=servidor,1433;Database={base;UID=x};APP=Korvel;UID={o}}dono};"
+            "PWD={a;b}}c={};");
+  EXPECT_NE(ConnectionText("FreeTDS", target, "ç").find("PWD=\xE7;"), std::string::npos);
+  for (const char* refused : {"x};APP=y", "5 €"}) {
+    const auto error = ErrorOf([&] { ConnectionText("FreeTDS", target, refused); });
+    ASSERT_TRUE(error) << refused;
+    EXPECT_EQ(error->Kind(), Failure::WrongLogin);
+    EXPECT_EQ(std::string(error->what()).find(refused), std::string::npos);
+  }
   const ConnectionString trusted{"servidor,1500", "", "ignorado", true};
   EXPECT_EQ(ConnectionText("ODBC Driver 18", trusted, "ignorada"),
-            "Driver={ODBC Driver 18};Server=servidor,1500;APP=Korvel;Trusted_Connection=Yes");
+            "Driver={ODBC Driver 18};Server=servidor,1500;APP=Korvel;Trusted_Connection=Yes;");
 }
 
 TEST(OdbcText, TheTellingRecordIsChosen) {

@@ -108,7 +108,7 @@ TEST_F(TdsPartner, PreparedStatementsRunAgain) {
 
 TEST_F(TdsPartner, LoginsAreReadAsWritten) {
   for (const std::string_view password :
-       {"simples", "com espaço", "a;b=c", "{chavetas}", "}fim", "ç€'\"\\"}) {
+       {"simples", "com espaço", "a;b=c", "{chavetas}", "}fim", "a;}", " ç'\"\\ "}) {
     SCOPED_TRACE(password);
     data::OpenOdbc("FreeTDS", {server.Address(), "master", "sa", false, {}}, "", 10);
     ErrorOf([&] { data::OpenOdbc("FreeTDS", {server.Address(), "master", "sa", false, {}}, password, 10); });

@@ -7,8 +7,9 @@
 
 namespace korvel::data::odbc {
 
-/// The connection string that a driver manager reads: keyword and value pairs, no value able to pass for a keyword.
-/// It holds the password, so it must not reach any message.
+/// The connection string that a driver manager reads, in the code page that the driver expects: keyword and value pairs, no value able to pass for a keyword.
+/// It holds the password, so it must not reach any message. Throws Error(Failure::WrongLogin) for a value that the
+/// driver could not tell from keywords.
 std::string ConnectionText(const std::string& driver, const ConnectionString& target,
                            std::string_view password);
 

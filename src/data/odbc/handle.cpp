@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "data/odbc/wide_text.h"
+#include "data/odbc/latin_text.h"
 
 namespace korvel::data::odbc {
 namespace {
@@ -11,15 +11,16 @@ constexpr std::size_t kStateSize = 5;
 
 std::vector<Diagnostic> Records(SQLSMALLINT kind, SQLHANDLE handle) {
   std::vector<Diagnostic> records;
-  std::array<SQLWCHAR, kStateSize + 1> state{};
-  std::array<SQLWCHAR, SQL_MAX_MESSAGE_LENGTH> text{};
+  std::array<SQLCHAR, kStateSize + 1> state{};
+  std::array<SQLCHAR, SQL_MAX_MESSAGE_LENGTH> text{};
   SQLINTEGER native = 0;
   SQLSMALLINT length = 0;
   for (SQLSMALLINT number = 1;
-       SQL_SUCCEEDED(SQLGetDiagRecW(kind, handle, number, state.data(), &native, text.data(),
-                                    static_cast<SQLSMALLINT>(text.size()), &length));
+       SQL_SUCCEEDED(SQLGetDiagRec(kind, handle, number, state.data(), &native, text.data(),
+                                   static_cast<SQLSMALLINT>(text.size()), &length));
        ++number) {
-    records.push_back({FromWide(state.data()), native, FromWide(text.data())});
+    records.push_back({reinterpret_cast<const char*>(state.data()), native,
+                       AsUtf8(reinterpret_cast<const char*>(text.data()))});
   }
   return records;
 }

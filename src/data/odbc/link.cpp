@@ -3,7 +3,6 @@
 #include <array>
 
 #include "data/odbc/statement.h"
-#include "data/odbc/wide_text.h"
 
 namespace korvel::data::odbc {
 namespace {
@@ -27,10 +26,10 @@ Link::Link(const std::string& text, int timeoutSeconds)
   connection_.Check(SQLSetConnectAttr(Get(), SQL_ATTR_LOGIN_TIMEOUT,
                                       AsPointer(static_cast<SQLULEN>(timeoutSeconds)), SQL_IS_UINTEGER),
                     Stage::Connecting);
-  std::vector<SQLWCHAR> wide = ToWide(text);
-  connection_.Check(
-      SQLDriverConnectW(Get(), nullptr, wide.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
-      Stage::Connecting);
+  std::string buffer = text;
+  connection_.Check(SQLDriverConnect(Get(), nullptr, reinterpret_cast<SQLCHAR*>(buffer.data()), SQL_NTS,
+                                     nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
+                    Stage::Connecting);
   connected_ = true;
 }
 

@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::size_t kNameSize = 512;
 constexpr SQLULEN kLongestVarchar = 8000;
+/// "YYYY-MM-DD HH:MM".
+constexpr SQLULEN kSmallDateTimeWidth = 16;
 
 struct NamedType {
   std::string_view name;
@@ -90,6 +92,8 @@ Field Describe(const Statement& statement, SQLUSMALLINT number) {
   statement.Check(SQLDescribeCol(statement.Get(), number, name.data(), static_cast<SQLSMALLINT>(name.size()),
                                  &nameLength, &code, &size, &digits, &nullable));
   Field field{reinterpret_cast<const char*>(name.data()), TypeOf(TypeName(statement, number), code, size)};
+  // Where it may be null, some drivers name a smalldatetime like its greater brother.
+  if (field.type == Type::DateTime && size == kSmallDateTimeWidth) field.type = Type::SmallDateTime;
   if (field.type == Type::Varchar) field.length = static_cast<int>(size);
   if (field.type == Type::Numeric) {
     field.precision = static_cast<int>(size);
