@@ -1,5 +1,7 @@
 #include "security/right_rows.h"
 
+#include <fmt/format.h>
+
 #include <array>
 
 #include "data/collated_map.h"
@@ -51,21 +53,11 @@ void Rename(data::Connection& config, const RightsOwner& owner, const RightRow& 
                  {row.caption, row.buttonCaption, row.key, owner.user, owner.company});
 }
 
-void MergeOnce(data::Connection& config, const RightsOwner& owner, std::span<const RightRow> wanted) {
-  const std::vector<RightRow> present = ReadRights(config, owner);
-  const Difference difference = Compare(present, wanted);
-  if (difference.Empty()) return;
-  data::Transaction transaction(config);
-  Insert(config, owner, difference.missing);
-  for (const RightRow* row : difference.renamed) Rename(config, owner, *row);
-  transaction.Commit();
-}
-
-}  // namespace
-
-std::vector<RightRow> ReadRights(data::Connection& config, const RightsOwner& owner) {
-  auto rows = config.Query("select * from acessos where utilizador=? and empresa=? order by form,chave",
-                           {owner.user, owner.company});
+/// The rows by form and key; `hint` follows the table's name.
+std::vector<RightRow> Read(data::Connection& config, const RightsOwner& owner, std::string_view hint) {
+  auto rows = config.Query(
+      fmt::format("select * from acessos{} where utilizador=? and empresa=? order by form,chave", hint),
+      {owner.user, owner.company});
   std::vector<RightRow> rights;
   for (; !rows.Eof(); rows.MoveNext()) {
     const auto text = [&](std::string_view column) { return std::string(rows.Text(column)); };
@@ -75,14 +67,20 @@ std::vector<RightRow> ReadRights(data::Connection& config, const RightsOwner& ow
   return rights;
 }
 
+}  // namespace
+
+std::vector<RightRow> ReadRights(data::Connection& config, const RightsOwner& owner) {
+  return Read(config, owner, "");
+}
+
 void MergeRights(data::Connection& config, const RightsOwner& owner, std::span<const RightRow> wanted) {
-  try {
-    MergeOnce(config, owner, wanted);
-  } catch (const data::Error& error) {
-    if (error.Kind() != data::Failure::Integrity) throw;
-    // The same user entered elsewhere at this moment, and the rows are there by now.
-    MergeOnce(config, owner, wanted);
-  }
+  if (Compare(ReadRights(config, owner), wanted).Empty()) return;
+  data::Transaction transaction(config);
+  // Read again under a lock: the same user may be entering from another place at this moment.
+  const Difference difference = Compare(Read(config, owner, " With (UpdLock, HoldLock)"), wanted);
+  Insert(config, owner, difference.missing);
+  for (const RightRow* row : difference.renamed) Rename(config, owner, *row);
+  transaction.Commit();
 }
 
 }  // namespace korvel::security
