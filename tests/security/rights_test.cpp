@@ -59,6 +59,13 @@ TEST_F(Rights, BaseSetMadeAgainRefreshesCaptionsAndKeepsTheRest) {
   EXPECT_FALSE(CriaAcessosBase(context)) << "refused";
 }
 
+TEST_F(Rights, ARightStandsOnce) {
+  AccCreateAPP(*Config(), kProgramFile, "ana", "0001");
+  EXPECT_THROW(
+      Script("insert into Acessos (Utilizador,Empresa,Chave,Value) values ('ANA','0001','KORVEL',1)"),
+      data::Error);
+}
+
 TEST_F(Rights, DeletionTakesEverybodysRights) {
   MakeBaseSet();
   ASSERT_TRUE(Copy("ana", "0001"));
