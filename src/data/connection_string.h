@@ -11,7 +11,7 @@ struct ConnectionString {
   std::string database;
   std::string login;
   bool integratedSecurity = false;
-  std::string application{};  // that others see among the server's processes
+  std::string application = "Korvel";  // as others see it among the server's processes
 
   /// Reads "Name=value;..." with names in any case; unknown names are passed over. A value may stand between
   /// double quotes, a double quote in it as two.

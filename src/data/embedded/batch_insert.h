@@ -28,6 +28,7 @@ class EmbeddedBatch : public BatchInsert {
   void BindDefaults();
 
   std::shared_ptr<Session> session_;
+  Lease lease_{*session_};
   std::shared_ptr<Database> database_;
   std::string text_;
   Prepared statement_;

@@ -7,8 +7,8 @@
 
 namespace korvel::data::embedded {
 
-/// Statements: those that read and change rows and settings (parser.cpp), definitions (parser_definition.cpp), and
-/// variables, control of flow and procedures (parser_program.cpp).
+/// Statements: those that read and change rows and settings (parser.cpp), definitions (parser_definition.cpp), variables,
+/// control of flow and procedures (parser_program.cpp), and the files of databases (parser_storage.cpp).
 class BatchParser : public ExpressionParser {
  public:
   using ExpressionParser::ExpressionParser;
@@ -48,6 +48,14 @@ class BatchParser : public ExpressionParser {
   Call ParseCall();
   Argument CallArgument();
   ExprPtr ArgumentValue();
+
+  BackUpDatabase ParseBackUp();
+  RestoreDatabase ParseRestore();
+  BackupTarget Target();
+  void TargetOption();
+  Dbcc ParseDbcc();
+  std::string DbccArgument();
+  Dbcc ParseStatistics();
 
   Statement OneStatement();
   Statement Data();

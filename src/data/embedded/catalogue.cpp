@@ -71,11 +71,15 @@ const KeyDefinition* Object::FindKey(std::string_view key) const {
 void Catalogue::Create(Store& store) {
   store.Run(kTables);
   UserList::Create(store);
-  store.Run("PRAGMA application_id=" + std::to_string(kApplicationId));
+  MarkFile(store);
 }
 
 void Catalogue::RaiseVersion(Store& store) {
   store.Run("PRAGMA user_version=" + std::to_string(VersionOf(store) + 1));
+}
+
+void Catalogue::MarkFile(Store& store) {
+  store.Run("PRAGMA application_id=" + std::to_string(kApplicationId));
 }
 
 std::int64_t Catalogue::VersionOf(Store& store) {

@@ -49,6 +49,7 @@ class Catalogue {
  public:
   /// Makes the catalogue's tables in a new file, and marks the file as one of this system's.
   static void Create(Store& store);
+  static void MarkFile(Store& store);
   /// Throws Error (native 824) when the file is no database of this system.
   static std::shared_ptr<const Catalogue> Load(Store& store);
   /// The number that every change of a schema raises.

@@ -9,6 +9,7 @@
 #include "data/embedded/principal_changes.h"
 #include "data/embedded/procedures.h"
 #include "data/embedded/schema_writer.h"
+#include "data/embedded/storage_changes.h"
 
 namespace korvel::data::embedded {
 namespace {
@@ -95,6 +96,7 @@ bool Execution::Watched(Work work) {
     return work();
   } catch (const Error& failure) {
     session_->Values().lastError = failure.Native();
+    session_->RequireAlive();
     throw;
   }
 }
@@ -168,27 +170,31 @@ std::shared_ptr<Ready> Execution::Translated(const Tree& tree,
 }
 
 void Execution::Run(const Statement& statement) {
-  std::visit(Overloaded{
-                 [](const Accepted&) {},
-                 [this](const QueryPtr& query) { OpenRows(Translated(*query, TranslateQuery)); },
-                 [this](const Insert& insert) { RunWrite(Translated(insert, TranslateInsert)); },
-                 [this](const Update& update) { RunWrite(Translated(update, TranslateUpdate)); },
-                 [this](const Delete& remove) { RunWrite(Translated(remove, TranslateDelete)); },
-                 [this](const Use& use) { session_->Use(use.name); },
-                 [this](TransactionStep step) { RunStep(step); },
-                 [this](const Call& call) { RunCall(call); },
-                 [this](const CreateDatabase& create) { session_->CreateDatabase(create.name); },
-                 [this](const DropDatabase& drop) {
-                   for (const std::string& name : drop.names) session_->DropDatabase(name);
-                 },
-                 [this](const CreateLogin& create) { Apply(create, *session_); },
-                 [this](const AlterLogin& alter) { Apply(alter, *session_); },
-                 [this](const DropLogin& drop) { Apply(drop, *session_); },
-                 [this](const SetDatabaseState& change) { Apply(change, *session_); },
-                 [this](const KillProcess& kill) { Apply(kill, *session_); },
-                 [this, &statement](const auto&) { RunSchema(statement); },
-             },
-             statement);
+  std::visit(
+      Overloaded{
+          [](const Accepted&) {},
+          [this](const QueryPtr& query) { OpenRows(Translated(*query, TranslateQuery)); },
+          [this](const Insert& insert) { RunWrite(Translated(insert, TranslateInsert)); },
+          [this](const Update& update) { RunWrite(Translated(update, TranslateUpdate)); },
+          [this](const Delete& remove) { RunWrite(Translated(remove, TranslateDelete)); },
+          [this](const Use& use) { session_->Use(use.name); },
+          [this](TransactionStep step) { RunStep(step); },
+          [this](const Call& call) { RunCall(call); },
+          [this](const CreateDatabase& create) { session_->CreateDatabase(create.name); },
+          [this](const DropDatabase& drop) {
+            for (const std::string& name : drop.names) session_->DropDatabase(name);
+          },
+          [this](const CreateLogin& create) { Apply(create, *session_); },
+          [this](const AlterLogin& alter) { Apply(alter, *session_); },
+          [this](const DropLogin& drop) { Apply(drop, *session_); },
+          [this](const SetDatabaseState& change) { Apply(change, *session_); },
+          [this](const KillProcess& kill) { Apply(kill, *session_); },
+          [this](const BackUpDatabase& backup) { Apply(backup, FileOf(backup.target), *session_); },
+          [this](const RestoreDatabase& restore) { Apply(restore, FileOf(restore.target), *session_); },
+          [this](const Dbcc& dbcc) { Apply(dbcc, *session_); },
+          [this, &statement](const auto&) { RunSchema(statement); },
+      },
+      statement);
 }
 
 void Execution::OpenRows(std::shared_ptr<Ready> ready) {
@@ -227,6 +233,10 @@ void Execution::RunCall(const Call& call) {
   if (call.result >= 0)
     Assign(Top().variables[static_cast<std::size_t>(call.result)], {kInt, std::int64_t{0}});
   OpenPending();
+}
+
+std::string Execution::FileOf(const BackupTarget& target) {
+  return target.file ? TextOf(Evaluate(*target.file)).value_or("") : std::string();
 }
 
 bool Execution::OpenPending() {

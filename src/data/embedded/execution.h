@@ -62,6 +62,7 @@ class Execution {
   void OpenRows(std::shared_ptr<Ready> ready);
   void RunWrite(std::shared_ptr<Ready> ready);
   void RunCall(const Call& call);
+  std::string FileOf(const BackupTarget& target);
   /// Opens the next row set of a procedure that brings several; false behind the last.
   bool OpenPending();
   void RunSchema(const Statement& statement);
@@ -93,6 +94,7 @@ class Execution {
   void Leave(const Variable& result);
 
   std::shared_ptr<Session> session_;
+  Lease lease_{*session_};
   KeptParameters parameters_;
   std::string key_;
   std::vector<Frame> frames_;  // the batch, and the procedures on their way

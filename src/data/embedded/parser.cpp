@@ -5,12 +5,16 @@
 namespace korvel::data::embedded {
 
 Statement BatchParser::OneStatement() {
+  if (TakeWords({"update", "statistics"})) return ParseStatistics();
   if (IsWord("insert") || IsWord("update") || IsWord("delete") || IsWord("truncate")) return Data();
   if (IsWord("create") || IsWord("drop") || IsWord("alter")) return Definition();
   if (TakeWord("use")) return Use{ExpectName()};
   if (TakeWord("kill")) return KillProcess{ExpectInteger()};
   if (TakeWord("exec") || TakeWord("execute")) return ParseCall();
   if (TakeWord("set")) return SetOption();
+  if (TakeWord("backup")) return ParseBackUp();
+  if (TakeWord("restore")) return ParseRestore();
+  if (TakeWord("dbcc")) return ParseDbcc();
   if (TakeWords({"reconfigure", "with", "override"}) || TakeWord("reconfigure")) return Accepted{};
   return Transaction();
 }

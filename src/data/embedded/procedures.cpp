@@ -11,7 +11,7 @@ namespace {
 
 const Procedure* FindProcedure(std::string_view name) {
   for (const auto procedures : {CatalogueProcedures(), ServerProcedures(), LoginProcedures(), UserProcedures(),
-                                ProcessProcedures(), ProgramProcedures()}) {
+                                ProcessProcedures(), ProgramProcedures(), StorageProcedures(), HelpProcedures()}) {
     const auto found = std::find_if(procedures.begin(), procedures.end(), [&](const Procedure& procedure) {
       return SameName(procedure.name, name);
     });

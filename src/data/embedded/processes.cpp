@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <random>
+#include <thread>
 
 #include "data/embedded/convert.h"
 #include "data/embedded/errors.h"
@@ -255,7 +257,11 @@ std::optional<ProcessEntry> ProcessSlot::Find(int spid) const {
 bool ProcessSlot::Kill(int spid) {
   if (!Find(spid)) return false;
   ProcessRecord& record = Record(spid - kFirstSpid);
-  record.killed.store(record.stamp.load());
+  const std::uint64_t victim = record.stamp.load();
+  record.killed.store(victim);
+  constexpr int kMostTries = 200;
+  for (int i = 0; i < kMostTries && record.stamp.load() == victim && record.running.load() != 0; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
   return true;
 }
 

@@ -71,7 +71,8 @@ class ProcessSlot {
   /// The other connections that have the database open.
   std::vector<ProcessEntry> OthersIn(int database) const;
   std::optional<ProcessEntry> Find(int spid) const;
-  /// Marks a connection as killed. False when none has that number.
+  /// Marks a connection as killed, and waits up to two seconds for what it is doing to end. False when none has that
+  /// number.
   bool Kill(int spid);
 
   /// Keeps the states of databases and their users from changing at once: held while a connection enters a database or

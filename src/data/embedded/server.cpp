@@ -12,6 +12,7 @@
 
 #include "data/embedded/catalogue.h"
 #include "data/embedded/errors.h"
+#include "data/embedded/files.h"
 #include "data/embedded/password.h"
 #include "data/embedded/roles.h"
 
@@ -35,21 +36,6 @@ std::string UpperName(std::string_view name) {
 Error NoServer(std::string_view name) {
   return Error(Failure::NoServer, 17, "08001",
                fmt::format("O servidor {} não existe ou o acesso foi negado", name));
-}
-
-void RemoveFiles(const fs::path& file) {
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
-    std::error_code ignored;  // what is not there needs no removing, and what stays is never listed
-    fs::remove(file.string() + suffix, ignored);
-  }
-}
-
-/// Puts a folder's entries on the disk.
-void SyncFolder(const fs::path& folder) {
-  const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY);
-  if (handle < 0) return;
-  ::fsync(handle);
-  ::close(handle);
 }
 
 bool OwnedByThisUser(const fs::path& folder) {
@@ -99,6 +85,10 @@ fs::path Server::FileOf(std::string_view database) const {
   return folder_ / kDataFolder / (UpperName(database) + ".mdf");
 }
 
+fs::path Server::BackupFolder() const {
+  return fs::absolute(folder_ / kBackupFolder);
+}
+
 /// Made under another name and put in place with all its tables, so that nobody sees half a server.
 void Server::MakeMaster() {
   std::error_code failure;
@@ -108,7 +98,7 @@ void Server::MakeMaster() {
   }
   fs::permissions(folder_, fs::perms::owner_all, failure);
   const fs::path temporary = FileOf(kMaster).string() + fmt::format(".{}", ::getpid());
-  RemoveFiles(temporary);
+  RemoveDatabaseFiles(temporary);
   {
     Store store(temporary, std::string(kMaster), OpenMode::Create, timeoutSeconds_);
     store.Run("PRAGMA journal_mode=WAL");
@@ -116,11 +106,12 @@ void Server::MakeMaster() {
     Catalogue::Create(store);
     DatabaseList::Create(store);
     LoginList::Create(store);
+    DeviceList::Create(store);
     write.Keep();
   }
   // A link fails when another process was first; then that one's server stands.
   fs::create_hard_link(temporary, FileOf(kMaster), failure);
-  RemoveFiles(temporary);
+  RemoveDatabaseFiles(temporary);
   SyncFolder(folder_ / kDataFolder);
   if (!fs::exists(FileOf(kMaster))) throw NoServer(name_);
 }
@@ -185,8 +176,8 @@ void Server::CreateDatabase(std::string_view database) {
   }
   const fs::path file = FileOf(database);
   const fs::path temporary = file.string() + ".new";
-  RemoveFiles(temporary);
-  RemoveFiles(file);
+  RemoveDatabaseFiles(temporary);
+  RemoveDatabaseFiles(file);
   {
     Store store(temporary, std::string(database), OpenMode::Create, timeoutSeconds_);
     store.Run("PRAGMA journal_mode=WAL");
@@ -200,10 +191,48 @@ void Server::CreateDatabase(std::string_view database) {
   write.Keep();
 }
 
+/// Brings a file to stand alone, without logs that would belong to what takes its place.
+void Server::CloseLogs(const DatabaseEntry& entry) {
+  try {
+    // Leaving WAL mode takes the file for this connection alone.
+    Store store(FileOf(entry.name), entry.name, OpenMode::Existing, 0);
+    store.Run("PRAGMA journal_mode=DELETE");
+  } catch (const Error& failure) {
+    if (failure.Kind() == Failure::Timeout) {
+      throw Failed(Code::RestoreInUse,
+                   fmt::format("A base de dados '{}' está a ser usada por outros", entry.name));
+    }
+    if (failure.Native() == static_cast<int>(Code::DiskFull)) throw;
+    // A damaged or missing file is what backups are for.
+  }
+  RemoveLogFiles(FileOf(entry.name));
+}
+
+void Server::PlaceDatabase(std::string_view database, const fs::path& whole) {
+  if (!IsServableName(database)) throw Failed(Code::BadName, "O nome da base de dados não é válido");
+  AtomicWrite write(*master_);
+  const auto entry = FindDatabase(database);
+  const fs::path file = FileOf(database);
+  if (entry) {
+    CloseLogs(*entry);
+  } else {
+    RemoveDatabaseFiles(file);
+  }
+  std::error_code failure;
+  fs::rename(whole, file, failure);
+  if (failure) {
+    throw Failed(Code::BackupNotWritten,
+                 fmt::format("O ficheiro da base de dados '{}' não pôde ser substituído", database));
+  }
+  SyncFolder(folder_ / kDataFolder);
+  if (!entry) States().Add(database, login_.sid);
+  write.Keep();
+}
+
 void Server::DropDatabase(const DatabaseEntry& entry) {
   States().Remove(entry.id);
   // A connection that was killed may still have the old files open, and finds nothing to write there.
-  RemoveFiles(FileOf(entry.name));
+  RemoveDatabaseFiles(FileOf(entry.name));
 }
 
 }  // namespace korvel::data::embedded

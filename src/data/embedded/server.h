@@ -10,6 +10,7 @@
 
 #include "data/connection_string.h"
 #include "data/embedded/database_states.h"
+#include "data/embedded/devices.h"
 #include "data/embedded/logins.h"
 #include "data/embedded/open.h"
 #include "data/embedded/store.h"
@@ -32,6 +33,7 @@ class Server {
   std::optional<unsigned> RolesNow();
   int TimeoutSeconds() const { return timeoutSeconds_; }
 
+  DeviceList Devices() { return DeviceList(*master_); }
   LoginList Logins() { return LoginList(*master_); }
   DatabaseList States() { return DatabaseList(*master_); }
   /// A number that moves with every change of logins and of databases' states, whichever process makes it.
@@ -47,10 +49,15 @@ class Server {
   std::unique_ptr<Store> OpenDatabase(const DatabaseEntry& entry);
   /// Where the database of that name is kept, or would be.
   std::filesystem::path FileOf(std::string_view database) const;
+  /// Where backups go that name no other folder.
+  std::filesystem::path BackupFolder() const;
 
   /// Whole or not at all, also when the process is killed. It belongs to the login. Throws 1801 when it is there
   /// already.
   void CreateDatabase(std::string_view database);
+  /// Puts a whole and closed file in the place of a database, whole or not at all; one that is not listed is made.
+  /// Throws 3101 when a connection has it open.
+  void PlaceDatabase(std::string_view database, const std::filesystem::path& whole);
   /// Nobody may be using it.
   void DropDatabase(const DatabaseEntry& entry);
 
@@ -59,6 +66,7 @@ class Server {
   bool EnterWithPassword(std::string_view name, std::string_view password);
   bool EnterAsSystemUser();
   void MakeMaster();
+  void CloseLogs(const DatabaseEntry& entry);
 
   std::string name_;
   std::string version_;

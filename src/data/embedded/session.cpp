@@ -9,6 +9,7 @@
 #include "data/embedded/server_facts.h"
 #include "data/embedded/system_tables.h"
 #include "data/embedded/users.h"
+#include "data/embedded/watch.h"
 
 namespace korvel::data::embedded {
 namespace {
@@ -234,6 +235,7 @@ void Session::OnEachOpen(Step step) {
 void Session::Begin() {
   if (values_.transactionCount == 0) current_->File().Run("BEGIN IMMEDIATE");
   ++values_.transactionCount;
+  Watch::Add(*this);
   processes_.SetTransactions(static_cast<int>(values_.transactionCount));
 }
 
@@ -248,7 +250,9 @@ void Session::Commit() {
   }
   --values_.transactionCount;
   processes_.SetTransactions(static_cast<int>(values_.transactionCount));
-  if (values_.transactionCount == 0) ShowDatabases(0);
+  if (values_.transactionCount > 0) return;
+  Watch::Remove(*this);
+  ShowDatabases(0);
 }
 
 void Session::Rollback() {
@@ -263,11 +267,21 @@ void Session::Rollback() {
     database.Forget();
   });
   parked_.clear();
+  Watch::Remove(*this);
   processes_.SetTransactions(0);
   ShowDatabases(0);
 }
 
-void Session::Die() {
+Session::~Session() {
+  Watch::Remove(*this);
+}
+
+void Session::UndoIfIdle() noexcept {
+  const std::scoped_lock lock(use_);
+  if (leases_ == 0) Undo();
+}
+
+void Session::Undo() noexcept {
   values_.transactionCount = 0;
   OnEachOpen([](Database& database) {
     try {
@@ -276,6 +290,11 @@ void Session::Die() {
       // What cannot be rolled back now is when its file closes.
     }
   });
+}
+
+void Session::Die() {
+  Watch::Remove(*this);
+  Undo();
   parked_.clear();
   throw KilledError();
 }

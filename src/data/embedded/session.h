@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,7 @@ class Session {
  public:
   /// Throws Error 4060 when the first database is not there or not open to the login. A blank database is the login's own.
   Session(Server server, const ConnectionString& wanted);
+  ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
@@ -64,6 +66,9 @@ class Session {
     if (processes_.Killed()) Die();
   }
 
+  /// Undoes the open transaction unless somebody holds a Lease. For another thread than the session's own.
+  void UndoIfIdle() noexcept;
+
   /// A translated statement of the current database, kept from an earlier time under `key` (empty: never kept).
   std::shared_ptr<Ready> Prepare(Translation translation, const std::string& key);
 
@@ -76,9 +81,13 @@ class Session {
   Access AccessIn(const DatabaseEntry& entry, Store& file);
   void MarkChanged(std::int64_t object);
   [[noreturn]] void Die();
+  void Undo() noexcept;
+  friend class Lease;
   template <typename Step>
   void OnEachOpen(Step step);
 
+  std::mutex use_;
+  int leases_ = 0;
   Server server_;
   ProcessSlot processes_;
   std::shared_ptr<Database> current_;
@@ -89,10 +98,26 @@ class Session {
   std::int64_t databaseVersion_ = -1;
 };
 
+/// The time in which somebody uses a session's files: a call, an open reader, a batch of rows.
+class Lease {
+ public:
+  explicit Lease(Session& session) : session_(session) { Count(1); }
+  ~Lease() { Count(-1); }
+  Lease(const Lease&) = delete;
+  Lease& operator=(const Lease&) = delete;
+
+ private:
+  void Count(int change) {
+    const std::scoped_lock lock(session_.use_);
+    session_.leases_ += change;
+  }
+  Session& session_;
+};
+
 /// The time in which a session works for its caller. Others see it as running, and it begins only while it is alive.
 class Work {
  public:
-  explicit Work(Session& session) : session_(session) {
+  explicit Work(Session& session) : session_(session), lease_(session) {
     session_.Processes().SetRunning(true);
     try {
       session_.RequireAlive();
@@ -107,6 +132,7 @@ class Work {
 
  private:
   Session& session_;
+  Lease lease_;
 };
 
 }  // namespace korvel::data::embedded

@@ -196,13 +196,32 @@ RowTable Columns(const ServerView& view) {
   return table;
 }
 
+RowTable Devices(const ServerView& view) {
+  RowTable table{{{"name", kName},
+                  {"size", kInt},
+                  {"low", kInt},
+                  {"high", kInt},
+                  {"status", kSmall},
+                  {"cntrltype", kSmall},
+                  {"phyname", Varchar(260)}},
+                 {}};
+  constexpr std::int64_t kBackupDevice = 16;
+  constexpr std::int64_t kDisk = 2;
+  for (const Device& device : view.server.Devices().All()) {
+    table.rows.push_back({device.name, std::int64_t{0}, std::int64_t{0}, std::int64_t{0}, kBackupDevice, kDisk,
+                          device.file});
+  }
+  return table;
+}
+
 struct Entry {
   std::string_view name;
   bool ofServer;
   RowTable (*make)(const ServerView&);
 };
 constexpr Entry kTables[] = {{"sysdatabases", true, Databases}, {"syslogins", true, Logins},
-                             {"sysprocesses", true, Processes}, {"sysusers", false, Users},
+                             {"sysprocesses", true, Processes},
+                             {"sysdevices", true, Devices}, {"sysusers", false, Users},
                              {"sysobjects", false, Objects},    {"syscomments", false, Comments},
                              {"syscolumns", false, Columns}};
 

@@ -317,12 +317,36 @@ struct DropProcedure {
   std::vector<ObjectName> procedures;
 };
 
+/// A device of the server by its name, or a file.
+struct BackupTarget {
+  std::string device;
+  ExprPtr file;
+};
+
+struct BackUpDatabase {
+  std::string database;
+  BackupTarget target;
+  bool init = false;  // an earlier backup gives way
+};
+
+struct RestoreDatabase {
+  std::string database;
+  BackupTarget target;
+  bool replace = false;  // whatever stands there gives way
+};
+
+/// "dbcc command(arguments)", and "update statistics" as the command "statistics".
+struct Dbcc {
+  std::string command;  // in lower case
+  std::vector<std::string> arguments;
+};
+
 using Statement =
     std::variant<Accepted, QueryPtr, Insert, Update, Delete, Truncate, CreateTable, CreateView, CreateIndex,
                  DropIndex, DropObject, AddColumns, AddDefault, AlterColumn, DropColumn, DropConstraint,
                  CreateDatabase, DropDatabase, CreateLogin, AlterLogin, DropLogin, SetDatabaseState,
-                 KillProcess, Use, TransactionStep, SetVariable, AssignQuery, Branch, Jump,
-                 Return, PrintText, Call, CreateProcedure, DropProcedure>;
+                 KillProcess, Use, TransactionStep, SetVariable, AssignQuery, Branch, Jump, Return, PrintText,
+                 Call, CreateProcedure, DropProcedure, BackUpDatabase, RestoreDatabase, Dbcc>;
 
 /// A visitor of statements made of functions.
 template <typename... Handlers>

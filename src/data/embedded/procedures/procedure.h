@@ -55,5 +55,9 @@ std::span<const Procedure> ProcessProcedures();
 
 /// sp_stored_procedures, sp_helptext: the stored procedures of the current database.
 std::span<const Procedure> ProgramProcedures();
+/// sp_addumpdevice, sp_dropdevice, sp_helpfile: devices and files.
+std::span<const Procedure> StorageProcedures();
+/// sp_help, sp_helpindex, sp_helpdb: what objects are made of.
+std::span<const Procedure> HelpProcedures();
 
 }  // namespace korvel::data::embedded
