@@ -113,13 +113,34 @@ TEST_F(ServerStates, LockIsSeenByOthersAndGoesWithItsProcess) {
   EXPECT_FALSE(SQLCheckTable(*other, "_fecho"));
 }
 
+/// Keeps the lines of progress.
+class ProgressLines final : public toolkit::Progress {
+ public:
+  void Begin(std::string_view, std::int64_t) override {}
+  bool Show(std::int64_t, std::string_view detail) override {
+    lines.emplace_back(detail);
+    return true;
+  }
+  void End() override {}
+
+  std::vector<std::string> lines;
+};
+
 TEST_F(ServerStates, ProcessesOfThisMachineAreEndedButOnesOwn) {
   char host[256] = {};
   ASSERT_EQ(::gethostname(host, sizeof host - 1), 0);
   server.settings.Write("MachineName", "Name", host);
   const auto company = server.Open("Korvel0001");
   const auto elsewhere = server.Open("master");
-  EXPECT_TRUE(KillAllProcessesInCurrentMachine(context, "Korvel0001"));
+  const std::string id = std::to_string(company->Query("select @@spid").Integer(0));
+  ProgressLines progress;
+  EXPECT_TRUE(KillAllProcessesInCurrentMachine(
+      {server.session, server.servers, server.dialogs, progress, server.settings, server.clock},
+      "Korvel0001"));
+  EXPECT_EQ(progress.lines,
+            (std::vector<std::string>{"Kill Proc - Open Processes", "Kill Proc - Open Success",
+                                      "Kill Proc - Procs To Kill", "Kill Proc - Load Proc ID= " + id,
+                                      "Kill Proc - Kill Procs", "Kill Proc - Killing Proc: " + id}));
   EXPECT_THROW(company->Query("select name from sysobjects"), data::Error);
   EXPECT_NO_THROW(elsewhere->Query("select name from sysdatabases"));
   EXPECT_TRUE(TrySingleUserMode(*elsewhere, "Korvel0001"));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "databases/canned_connection.h"
+#include "databases/config_upgrade.h"
 #include "databases/table_columns.h"
 #include "support/scripted_world.h"
 
@@ -83,6 +84,25 @@ TEST(Structure, HostileNamesAreRefusedBeforeAnythingIsSent) {
   test::CannedConnection target;
   EXPECT_THROW(CreateStoredProcedures(connection, target), data::Error);
   EXPECT_EQ(target.sent, std::vector<std::string>{});
+}
+
+TEST(Structure, TablesAndProceduresOfThisSystemMoveToAnotherDatabase) {
+  test::TestServer server;
+  ASSERT_TRUE(EnsureConfigDatabase(server.Context()));
+  server.Run("master", "create database Copia");
+  const auto source = server.Open("KorvelConfig");
+  const auto target = server.Open("Copia");
+  for (const char* table : {"Empresas", "UserManagement", "LogGeral", "Entidade"}) {
+    DuplicateStructure(*source, table, *target);
+    EXPECT_EQ(test::TableColumns(*target, table), test::TableColumns(*source, table)) << table;
+  }
+  target->Execute("insert into Empresas (Codigo,AcessoPrincipal) values ('0007',1)");
+  EXPECT_EQ(server.One("Copia", "select count(*) from Empresas where NumRegisto=1 and DataSys is not null"),
+            "1");
+  for (int time = 0; time < 2; ++time) CreateStoredProcedures(*source, *target);
+  data::ProcedureArgument company{"", true};
+  target->Call("GetAcessoPrincipal", std::span(&company, 1));
+  EXPECT_EQ(data::ToText(company.value), "0007");
 }
 
 TEST(Structure, MembersOnATable) {
