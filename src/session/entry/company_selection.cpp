@@ -19,6 +19,7 @@
 #include "session/connections.h"
 #include "session/entry/login.h"
 #include "session/failures.h"
+#include "session/lookups.h"
 #include "toolkit/text.h"
 
 namespace korvel::session {
@@ -31,11 +32,12 @@ bool Confirmed(const Context& context, std::string_view question) {
   return context.dialogs.Ask(question, kButtons) == 0;
 }
 
-/// `Entidade` has its one row and the column that this form adds.
+/// `Entidade` has its one row and the column that this form adds. Nothing is written where that is so.
 void PrepareEntity(data::Connection& config) {
   databases::SQLAddField(config, "smallint null", "SetForms", "Entidade");
-  config.Execute("Update Entidade Set SetForms = 0 Where SetForms is null");
-  if (config.Query("Select * from Entidade").Eof())
+  if (VerSeExiste(config, "Select NumRegisto from Entidade Where SetForms is null"))
+    config.Execute("Update Entidade Set SetForms = 0 Where SetForms is null");
+  if (!VerSeExiste(config, "Select * from Entidade"))
     config.Execute("Insert Into Entidade (SetForms) Values (0)");
 }
 
