@@ -2,7 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include "databases/sql_admin.h"
 #include "session/connections.h"
 #include "session/entry/user_synchronisation.h"
 #include "session_entry/entry_world.h"
@@ -76,6 +79,25 @@ TEST_F(LoginForm, FirstAdministratorMakesTheConfiguration) {
               testing::Contains("sa\t1\t1"));
   EXPECT_THAT(world.Config("select count(*) from Empresas"), ElementsAre("0"));
   EXPECT_THAT(server.dialogs.Texts(), ElementsAre());
+}
+
+TEST_F(LoginForm, AdministratorsMayBeTheFirstTogether) {
+  std::vector<pid_t> others;
+  for (int i = 0; i < 3; ++i) {
+    others.push_back(::fork());
+    if (others.back() == 0) ::_exit(world.LogIn("sa") ? 0 : 1);
+  }
+  for (const pid_t other : others) {
+    int status = 0;
+    ::waitpid(other, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  }
+  ASSERT_TRUE(world.LogIn("sa")) << server.dialogs.LastText();
+  EXPECT_THAT(world.Config("select AdminTasks from UserManagement where LoginName='sa'"), ElementsAre("1"));
+  for (const char* table : {"Acessos", "Admins", "Empresas", "UserDatabases", "UsersEmpresas", "LogGeral",
+                            "Configura", "Entidade"}) {
+    EXPECT_TRUE(databases::SQLCheckTable(*server.Open("KorvelConfig"), table)) << table;
+  }
 }
 
 class LockedSettings final : public toolkit::Settings {
