@@ -1,0 +1,69 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "cli/command_words.h"
+#include "cli/golden_case.h"
+#include "cli/program.h"
+#include "cli/usage_texts.h"
+#include "session/command_line.h"
+#include "support/fuzz.h"
+
+namespace korvel::test {
+namespace {
+
+std::vector<std::vector<std::string>> RealCommands() {
+  std::vector<std::vector<std::string>> commands;
+  for (const GoldenCase& golden : ReadCases()) {
+    for (const GoldenStep& step : golden.steps) {
+      auto words = CommandWords(step.command);
+      if (!words.empty()) commands.push_back(std::move(words));
+    }
+  }
+  return commands;
+}
+
+void Spoil(Fuzz& fuzz, std::vector<std::string>& words, const std::vector<std::string>& others) {
+  const std::size_t at = fuzz.Below(words.size());
+  switch (fuzz.Below(4)) {
+    case 0:
+      words.insert(words.begin() + static_cast<std::ptrdiff_t>(at), fuzz.OneOf(others));
+      break;
+    case 1:
+      words.push_back(words[at]);
+      break;
+    default:
+      words[at] = fuzz.Mutated(words[at], fuzz.OneOf(others));
+  }
+}
+
+TEST(CommandLineFuzz, WordsAreReadOrRefusedWithAReason) {
+  const auto commands = RealCommands();
+  for (Fuzz fuzz(31); fuzz.Goes();) {
+    std::vector<std::string> words = fuzz.OneOf(commands);
+    for (std::size_t faults = 1 + fuzz.Below(4); faults > 0; --faults)
+      Spoil(fuzz, words, fuzz.OneOf(commands));
+    cli::CommandLine line;
+    try {
+      line.App().parse(std::vector<std::string>(words.rbegin(), words.rend()));
+      line.Chosen();
+    } catch (const CLI::ParseError& error) {
+      EXPECT_FALSE(cli::UsageText(error).empty()) << "round " << fuzz.Rounds();
+    }
+  }
+}
+
+/// The other command line, of the program with windows: it reads anything.
+TEST(CommandLineFuzz, AStartIsReadWhateverItSays) {
+  const std::array<std::string, 4> lines{"", " SRV LOGIN 0001 xx",
+                                         "<@>act_db<@>SRV<@>1<@>sa<@>p<@>Korvel0001", "<@>ACT_CHK<@>"};
+  for (Fuzz fuzz(32); fuzz.Goes();) {
+    const std::string line = fuzz.Mutated(fuzz.OneOf(lines), fuzz.OneOf(lines));
+    const session::CommandLine read = session::ParseCommandLine(line);
+    const bool blank = line.find_first_not_of(' ') == std::string::npos;
+    EXPECT_EQ(std::holds_alternative<session::InteractiveStart>(read), blank) << "round " << fuzz.Rounds();
+  }
+}
+
+}  // namespace
+}  // namespace korvel::test
