@@ -188,6 +188,10 @@ TEST_F(Selection, ChecksACompanyOnceThatIsConfirmed) {
   EXPECT_FALSE(form.VerificarEmpresa(context));
   EXPECT_EQ(server.dialogs.questions.back().text, "Confirma a Verificação?");
   EXPECT_THAT(server.statements, IsEmpty());
+  server.dialogs.answers = {0};
+  EXPECT_TRUE(form.VerificarEmpresa(context)) << server.dialogs.LastText();
+  EXPECT_THAT(server.statements, testing::Contains("update statistics TabHeader"));
+  EXPECT_THAT(server.statements, testing::Contains("update statistics Empresas"));
 }
 
 TEST_F(Selection, BlocksAndUpgradesWhatItLists) {
