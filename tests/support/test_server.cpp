@@ -1,5 +1,7 @@
 #include "support/test_server.h"
 
+#include <cstdlib>
+
 #include "data/sql_text.h"
 #include "session/connections.h"
 
@@ -47,6 +49,10 @@ TestServer::TestServer(std::string_view name) {
   servers.makesEmbedded = true;
   servers.observer = [this](std::string_view statement) { statements.emplace_back(statement); };
   session.gServidor = "(LOCALDB)\\" + std::string(name);
+  if (std::getenv("KORVEL_TESTES_TDS") != nullptr) {
+    partner = std::make_unique<tds::TdsServer>(folder.Path(), std::string(name));
+    session.gServidor = partner->Address();
+  }
   session.gLogin = "sa";
   session.gUtilizador = "sa";
   Open("master");  // the first opening makes the server
