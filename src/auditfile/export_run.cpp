@@ -8,9 +8,9 @@
 #include "auditfile/documents_section.h"
 #include "auditfile/file_plan.h"
 #include "auditfile/header_section.h"
-#include "toolkit/replacing_file.h"
 #include "auditfile/section_context.h"
 #include "session/connections.h"
+#include "toolkit/replacing_file.h"
 
 namespace korvel::auditfile {
 namespace {
@@ -56,7 +56,9 @@ class ExportRun {
   }
 
   /// Every month's file has the master data of the whole period, byte for byte.
-  void CopyMasterFiles(toolkit::FileSink& to) const { firstFile_->CopyTo(to, masterFiles_.begin, masterFiles_.end); }
+  void CopyMasterFiles(toolkit::FileSink& to) const {
+    firstFile_->CopyTo(to, masterFiles_.begin, masterFiles_.end);
+  }
 
   const SectionContext& context_;
   const FileNaming naming_;

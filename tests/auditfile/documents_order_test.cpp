@@ -6,8 +6,8 @@
 
 #include "auditfile/documents_section.h"
 #include "data/sql_text.h"
-#include "support/memory_sink.h"
 #include "staged_company.h"
+#include "support/memory_sink.h"
 #include "toolkit/text.h"
 
 // The documents of random small tables against a plain reading with a statement for each document's lines.
