@@ -27,10 +27,12 @@ bool Confirmed(const session::Context& context, std::string_view question) {
   return context.dialogs.Ask(question, kYesNo) == 0;
 }
 
+/// Those that see all companies are ticked.
 std::vector<CompanyUser> AllUsers(data::Connection& config) {
   std::vector<CompanyUser> users;
-  auto rows = config.Query("Select LoginName from UserManagement Order By LoginName");
-  for (; !rows.Eof(); rows.MoveNext()) users.push_back({std::string(rows.Text("LoginName"))});
+  auto rows = config.Query("Select LoginName, AllDatabases from UserManagement Order By LoginName");
+  for (; !rows.Eof(); rows.MoveNext())
+    users.push_back({std::string(rows.Text("LoginName")), rows.Integer("AllDatabases") == 1});
   return users;
 }
 

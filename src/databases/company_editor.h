@@ -22,7 +22,8 @@ struct CompanyCard {
   std::vector<CompanyUser> users;  // all that `UserManagement` knows, by name
 };
 
-/// Mode "N": the next code and all users, none ticked. Throws data::Error.
+/// Mode "N": the next code and all users; those that see all companies are ticked, so that they can enter this one too.
+/// Throws data::Error.
 CompanyCard NewCompanyCard(data::Connection& config);
 /// Mode "A": nothing when there is no such company. Throws data::Error.
 std::optional<CompanyCard> LoadCompanyCard(data::Connection& config, std::string_view code);

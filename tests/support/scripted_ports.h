@@ -71,8 +71,8 @@ class ScriptedDialogs final : public toolkit::Dialogs {
     focuses.clear();
   }
 
-  std::deque<std::size_t> answers;  // of Ask and Alert: the index of the button
-  std::deque<bool> confirmations;   // of ConfirmDeletion
+  std::deque<std::size_t> answers;                         // of Ask and Alert: the index of the button
+  std::deque<bool> confirmations;                          // of ConfirmDeletion
   std::deque<std::optional<toolkit::Credentials>> logins;  // of AskLogin
   std::vector<Box> messages;
   std::vector<Question> questions;
