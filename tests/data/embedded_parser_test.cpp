@@ -108,7 +108,16 @@ TEST_F(EmbeddedParser, SurvivesTextsMadeAtRandom) {
                                            "T.",
                                            "\xC3",
                                            "\x01",
-                                           "count(*) "};
+                                           "count(*) ",
+                                           "declare @a int ",
+                                           "@a ",
+                                           "set @a=",
+                                           "begin ",
+                                           "if ",
+                                           "return ",
+                                           "print ",
+                                           "create proc P as ",
+                                           "exec P "};
   std::mt19937 random(20080229);
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(4);
   int refused = 0;

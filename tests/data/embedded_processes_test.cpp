@@ -226,11 +226,56 @@ TEST_F(EmbeddedProcesses, AKilledReaderAndAKilledBatchStop) {
   EXPECT_FALSE(writer->IsOpen());
 }
 
+TEST_F(EmbeddedProcesses, ManyAtOnceHaveANumberEach) {
+  std::vector<std::unique_ptr<Other>> others;
+  for (int i = 0; i < 4; ++i) {
+    others.push_back(std::make_unique<Other>([this] {
+      for (int n = 0; n < 5; ++n) new std::unique_ptr<Connection>(Open("master", 20));
+      for (int n = 0; n < 40; ++n) Open(n % 2 == 0 ? "BASE" : "master", 20);
+    }));
+  }
+  EXPECT_EQ(Rows(*master, "select count(*), count(distinct spid) from sysprocesses"), "22|22");
+  others.clear();
+  EXPECT_EQ(Rows(*master, "select count(*) from sysprocesses"), "2");
+}
+
+TEST_F(EmbeddedProcesses, DatabasesComeAndGoWithoutMeetingEachOther) {
+  connection.reset();
+  std::vector<pid_t> children;
+  for (int i = 0; i < 3; ++i) {
+    children.push_back(fork());
+    if (children.back() != 0) continue;
+    try {
+      const auto mine = Open("master", 20);
+      bool sound = true;
+      for (int n = 0; n < 12; ++n) {
+        const std::string made = ErrorOf(*mine, "create database D");
+        const std::string used = ErrorOf(*mine, "use D exec sp_helpuser use master");
+        const std::string dropped = ErrorOf(*mine, "drop database D");
+        if (used != "ok") mine->Execute("use master");
+        sound = sound && (made == "ok" || made == "1801 42000") &&
+                (used == "ok" || used == "911 42000") &&
+                (dropped == "ok" || dropped == "3702 42000" || dropped == "3701 42S02");
+      }
+      _exit(sound ? 0 : 1);
+    } catch (...) {
+      _exit(2);
+    }
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+  }
+  ErrorOf(*master, "drop database D");
+  EXPECT_EQ(ErrorOf(*master, "create database D drop database D"), "ok");
+}
+
 TEST_F(EmbeddedProcesses, TheVersionIsWhatTheSettingsSay) {
   settings.embeddedVersion = "7.00.1063";
   const auto old = Open("master");
   EXPECT_EQ(Rows(*old, "xp_msver 'productversion' "), "2|ProductVersion|NULL|7.00.1063");
-  EXPECT_EQ(Rows(*old, "select charindex('7.00.1063', @@version)") == "0", false);
+  EXPECT_NE(Rows(*old, "select charindex('7.00.1063', @@version)"), "0");
   EXPECT_EQ(Rows(*master, "xp_msver 'productversion' "), "2|ProductVersion|NULL|9.00.5000.00");
 }
 

@@ -274,6 +274,43 @@ TEST_F(EmbeddedPrograms, ProceduresOfThePeriodRun) {
   EXPECT_EQ(Rows(*connection, "select DataMov, Hora from LogGeral where NumRegisto=2"), "2020-01-02|23:59");
 }
 
+TEST_F(EmbeddedPrograms, AnOutputThatIsNotFoundStaysAsItWas) {
+  connection->Execute(
+      "create table Acessos (Chave varchar(100), Utilizador varchar(128), Empresa varchar(4), Form "
+      "varchar(50)) "
+      "insert Acessos values ('frmA.cmdB','ana','0001','frmA')");
+  connection->Execute(R"(CREATE PROCEDURE VerSeExisteCopiaAcessosBase
+    @Chave varchar(100) output, @Utilizador varchar(128), @Empresa varchar(4), @Form varchar(50) output
+    AS
+    SELECT @Chave = Chave, @Form = Form FROM Acessos
+    WHERE Chave = @Chave AND Utilizador = @Utilizador AND Empresa = @Empresa)");
+  struct Case {
+    const char* key;
+    const char* form;
+    const char* after;
+  };
+  for (const Case& entry : {Case{"FRMA.CMDB", "x", "frmA.cmdB|frmA"}, Case{"outra", "x", "outra|x"}}) {
+    std::vector<ProcedureArgument> arguments = {
+        {Value(entry.key), true}, {Value("ana")}, {Value("0001")}, {Value(entry.form), true}};
+    EXPECT_EQ(Call("VerSeExisteCopiaAcessosBase", arguments), 0);
+    EXPECT_EQ(ToText(arguments[0].value) + "|" + ToText(arguments[3].value), entry.after);
+  }
+}
+
+TEST_F(EmbeddedPrograms, AFailedProcedureLeavesOutputsAndTransactionsAlone) {
+  connection->Execute("create table T (a int not null)");
+  connection->Execute(
+      "create procedure P @n int output as set @n = 2 insert T values (@n) insert T values (null)");
+  std::vector<ProcedureArgument> arguments = {{Value(1), true}};
+  {
+    Transaction transaction(*connection);
+    EXPECT_THROW(connection->Call("P", arguments), Error);
+    EXPECT_EQ(arguments[0].value, Value(1));
+    EXPECT_EQ(Rows(*connection, "select a from T select @@trancount, @@error"), "2 // 1|0");
+  }
+  EXPECT_EQ(Rows(*connection, "select count(*) from T"), "0");
+}
+
 TEST_F(EmbeddedPrograms, CallsGiveBackOutputsAndTheResult) {
   connection->Execute(
       "create table Empresas (codigo varchar(4), acessoprincipal smallint, AcessoIndependente smallint)");

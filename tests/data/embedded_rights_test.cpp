@@ -122,6 +122,7 @@ TEST_F(EmbeddedRights, RolesOfTheServerGiveWhatTheyName) {
       {"securityadmin", "drop login outro", "15247 42000"},
       {"securityadmin", "sp_grantlogin 'M\\u'", "15247 42000"},
       {"serveradmin", "sp_configure 'xp_cmdshell', 1", "15247 42000"},
+      {"diskadmin", "sp_addumpdevice 'disk','D','d.dat'", "15247 42000"},
       {"setupadmin", "sp_addsrvrolemember 'alvo','setupadmin'", "15247 42000"},
       {"processadmin", kill, "6102 42000"},
   };
@@ -159,6 +160,33 @@ TEST_F(EmbeddedRights, UsersAreManagedByThoseOfTheDatabase) {
   EXPECT_EQ(Rows(*OpenAs("rui", "x", "BASE"),
                  "select user_name(), is_member('db_owner'), is_member('db_ddladmin')"),
             "rui|1|0");
+}
+
+TEST_F(EmbeddedRights, BackupsHaveRolesOfTheirOwn) {
+  EXPECT_EQ(ErrorOf(*eva, "backup database BASE to disk='b.dat' with init"), "262 42000");
+  connection->Execute("exec sp_addrolemember 'db_backupoperator','eva'");
+  EXPECT_EQ(ErrorOf(*eva, "backup database BASE to disk='b.dat' with init"), "ok");
+  EXPECT_EQ(ErrorOf(*eva, "use master restore database BASE from disk='b.dat' with replace"), "262 42000");
+  EXPECT_EQ(ErrorOf(*eva, "restore database OUTRA from disk='b.dat' with replace"), "262 42000");
+  EXPECT_EQ(ErrorOf(*eva, "backup database master to disk='m.dat' with init"), "262 42000");
+  // Users come back with the database by what they were: another login of the name is nobody there.
+  eva->Close();
+  connection->Execute("use master exec sp_droplogin 'eva' exec sp_addlogin 'eva','x'");
+  connection->Execute("restore database BASE from disk='b.dat' with replace");
+  EXPECT_EQ(Rows(*connection, "use BASE select name from sysusers where name='eva'"), "eva");
+  EXPECT_THROW(OpenAs("eva", "x", "BASE"), Error);
+}
+
+TEST_F(EmbeddedRights, NoRowLeaksByAnotherStatement) {
+  connection->Execute("exec sp_addrolemember 'db_datawriter','eva' create table U (a int)");
+  for (const std::string_view sql :
+       {"if exists (select a from T) select 1", "declare @a int set @a=(select max(a) from T)",
+        "declare @a int select @a=a from T", "insert U select a from T", "update U set a=(select max(a) from T)",
+        "update U set a=1 where exists (select 1 from V)", "select 1 where 1 in (select a from T)",
+        "select (select max(a) from T)", "select 1 union all select a from V",
+        "select x.n from (select count(*) as n from T) x", "delete U where a in (select a from T)"}) {
+    EXPECT_EQ(ErrorOf(*eva, sql), "229 42000") << sql;
+  }
 }
 
 TEST_F(EmbeddedRights, WhoMakesADatabaseOwnsIt) {

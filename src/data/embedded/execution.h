@@ -78,11 +78,16 @@ class Execution {
   SlotValues Inputs();
   /// Runs a statement that tells nothing by itself; false for any other.
   bool Steer(const Statement& statement);
+  void Do(const SetVariable& set);
+  void Do(const AssignQuery& assign);
+  void Do(const Branch& branch);
+  void Do(const Jump& jump);
+  void Do(const Return& leave);
+  void Do(const PrintText& print);
   Variable Evaluate(const Expr& expr);
   bool Holds(const Expr& condition);
   Variable ReadValue(Translation translation);
   void Assign(Variable& to, const Variable& from) const;
-  void AssignRow(const AssignQuery& query);
   void JumpTo(std::size_t statement);
   /// Begins a stored procedure; false when there is none of that name.
   bool Enter(const Call& call);

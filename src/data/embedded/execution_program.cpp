@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <type_traits>
 #include <utility>
 
 #include <fmt/format.h>
@@ -36,30 +36,40 @@ SlotValues Execution::Inputs() {
 }
 
 bool Execution::Steer(const Statement& statement) {
-  const auto steered = [](auto&&...) { return true; };
-  return std::visit(Overloaded{
-                        [&](const SetVariable& set) {
-                          Assign(Top().variables[static_cast<std::size_t>(set.variable)],
-                                 Evaluate(*set.value));
-                          session_->Values().rowCount = 1;
-                          return true;
-                        },
-                        [&](const AssignQuery& query) { return steered((AssignRow(query), 0)); },
-                        [&](const Branch& branch) {
-                          if (!Holds(*branch.condition)) JumpTo(branch.otherwise);
-                          session_->Values().rowCount = 0;
-                          return true;
-                        },
-                        [&](const Jump& jump) { return steered((JumpTo(jump.to), 0)); },
-                        [&](const Return& leave) {
-                          Leave(leave.value ? Evaluate(*leave.value) : Variable{kInt, std::int64_t{0}});
-                          return true;
-                        },
-                        [&](const PrintText& print) { return steered(Evaluate(*print.text)); },
-                        [&](const Call& call) { return Enter(call); },
-                        [](const auto&) { return false; },
-                    },
-                    statement);
+  return std::visit(
+      [this](const auto& step) {
+        if constexpr (requires { Do(step); }) {
+          Do(step);
+          return true;
+        } else if constexpr (std::is_same_v<std::decay_t<decltype(step)>, Call>) {
+          return Enter(step);
+        } else {
+          return false;
+        }
+      },
+      statement);
+}
+
+void Execution::Do(const SetVariable& set) {
+  Assign(Top().variables[static_cast<std::size_t>(set.variable)], Evaluate(*set.value));
+  session_->Values().rowCount = 1;
+}
+
+void Execution::Do(const Branch& branch) {
+  if (!Holds(*branch.condition)) JumpTo(branch.otherwise);
+  session_->Values().rowCount = 0;
+}
+
+void Execution::Do(const Jump& jump) {
+  JumpTo(jump.to);
+}
+
+void Execution::Do(const Return& leave) {
+  Leave(leave.value ? Evaluate(*leave.value) : Variable{kInt, std::int64_t{0}});
+}
+
+void Execution::Do(const PrintText& print) {
+  Evaluate(*print.text);
 }
 
 /// Loops end here when the time of the call is over: their statements may be too short to be caught alone.
@@ -98,7 +108,7 @@ void Execution::Assign(Variable& to, const Variable& from) const {
 }
 
 /// The last row's values; without rows the variables stay as they are.
-void Execution::AssignRow(const AssignQuery& assign) {
+void Execution::Do(const AssignQuery& assign) {
   OpenRows(session_->Prepare(TranslateQuery(*assign.query, session_->Around(), parameters_.Types()), ""));
   const std::vector<ColumnType> types = rows_->translation.types;
   std::vector<Variable> row;

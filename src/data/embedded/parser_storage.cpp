@@ -1,4 +1,4 @@
-#include <utility>
+#include <memory>
 
 #include "data/embedded/batch_parser.h"
 
@@ -96,17 +96,12 @@ std::string BatchParser::DbccArgument() {
   return TextFrom(start);
 }
 
-/// "update statistics Table [index or (columns)] [with ...]".
+/// "update statistics Table [index]".
 Dbcc BatchParser::ParseStatistics() {
   const std::size_t start = Offset();
   ExpectObjectName();
   Dbcc dbcc{"statistics", {TextFrom(start)}};
-  if (IsSymbol("(")) {
-    ExpectNameList();
-  } else if (IsName()) {
-    ExpectName();
-  }
-  if (TakeWords({"with", "fullscan"})) return dbcc;
+  if (IsName()) Next();
   return dbcc;
 }
 

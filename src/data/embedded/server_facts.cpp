@@ -40,9 +40,10 @@ OwnedStored Membership(unsigned roles, unsigned all, const Role* role) {
   return std::int64_t{(roles & (all | role->bit)) != 0};
 }
 
+/// The owner of the server's folder is a member by his group, and not on the list himself.
 OwnedStored ServerRoleMember(const Asked& asked) {
   const Role* role = FindRole(ServerRoles(), asked.first);
-  if (asked.second.empty()) {
+  if (asked.second.empty() || SameName(asked.second, asked.session.Host().Login().name)) {
     return Membership(asked.session.Now().serverRoles, server_role::kSysAdmin, role);
   }
   const auto login = asked.session.Host().Logins().Find(asked.second);

@@ -20,6 +20,10 @@ Error CannotOpen(std::string_view database) {
       fmt::format("Não é possível abrir a base de dados \"{}\" pedida pelo início de sessão", database));
 }
 
+Error NoSuchDatabase(std::string_view database) {
+  return Failed(Code::NoDatabase, fmt::format("A base de dados '{}' não existe", database));
+}
+
 Error NotAllowedIn(std::string_view login, std::string_view database) {
   return Failed(Code::NoRightToDatabase,
                 fmt::format("O início de sessão '{}' não tem acesso à base de dados '{}'", login, database));
@@ -49,10 +53,11 @@ Session::Session(Server server, const ConnectionString& wanted)
 void Session::Enter(const DatabaseEntry& entry, Way way) {
   const ProcessSlot::Gate gate(processes_);
   const auto now = server_.FindDatabase(entry.name);
-  if (!now || now->id != entry.id) throw CannotOpen(entry.name);
-  if (now->singleUser && !processes_.OthersIn(static_cast<int>(entry.id)).empty()) {
-    throw way == Way::Login ? CannotOpen(entry.name) : TakenBySingleUser(entry.name);
-  }
+  const bool there = now && now->id == entry.id;
+  const bool taken = there && now->singleUser && !processes_.OthersIn(static_cast<int>(entry.id)).empty();
+  if (way == Way::Login && (!there || taken)) throw CannotOpen(entry.name);
+  if (!there) throw NoSuchDatabase(entry.name);
+  if (taken) throw TakenBySingleUser(entry.name);
   ShowDatabases(static_cast<int>(entry.id));
 }
 
@@ -177,7 +182,7 @@ Surroundings Session::Around() {
 
 DatabaseEntry Session::GetDatabase(std::string_view database) {
   if (auto entry = server_.FindDatabase(database)) return std::move(*entry);
-  throw Failed(Code::NoDatabase, fmt::format("A base de dados '{}' não existe", database));
+  throw NoSuchDatabase(database);
 }
 
 /// What a transaction has begun in stays open until its end.

@@ -19,6 +19,7 @@ constexpr std::array<std::string_view, 5> kLevels = {"60", "65", "70", "80", "90
 RowTables SetCompatibility(const Site& site) {
   const DatabaseEntry entry = site.session.GetDatabase(*site.arguments[0]);
   if (!site.arguments[1]) return {};
+  site.session.RequireNoTransaction("sp_dbcmptlevel");
   site.session.RequireOver(Right::AlterDatabase, entry);
   const auto level = std::find(kLevels.begin(), kLevels.end(), *site.arguments[1]);
   if (level == kLevels.end()) {
