@@ -120,6 +120,18 @@ TEST_F(ServerFaults, AKilledSessionRollsBackAndIsSeen) {
   EXPECT_EQ(ReadAll(*Open()), kRows) << "nothing was kept, and new clients are served";
 }
 
+TEST_F(ServerFaults, AKillStatementEndsAnotherSession) {
+  const auto db = Open();
+  const std::int64_t spid = db->Query("select @@spid as n").Integer("n");
+  db->BeginTrans();
+  db->Execute("delete from t where n=0");
+  const auto administrator = Open("master");
+  administrator->Execute("kill " + std::to_string(spid));
+  EXPECT_TRUE(ErrorOf([&] { db->Execute("delete from t where n=1"); }));
+  ExpectDead(*db);
+  EXPECT_EQ(ReadAll(*Open()), kRows) << "what the killed one had done is undone";
+}
+
 TEST_F(ServerFaults, AnAnswerCutInTheMiddleIsNeverAWholeOne) {
   for (const int row : {0, 1, 999, 1000, kRows - 1}) {
     SCOPED_TRACE(row);

@@ -181,12 +181,13 @@ void Session::Answered(const std::function<void()>& work, Done kind) {
   } catch (const Cancelled&) {
     answer_.End(Done::Batch, done::kAttention);
   } catch (const Error& error) {
+    // A session that was killed ends without an answer, as on the real server.
+    if (!db_->IsOpen()) throw Disconnected();
     answer_.Error(error);
     answer_.End(kind, done::kError);
   }
   answer_.Send();
   channel_.Finish();
-  if (!db_->IsOpen()) throw Disconnected();
 }
 
 void Session::RunBatch(const std::string& sql) {
