@@ -253,8 +253,7 @@ TEST_F(EmbeddedProcesses, DatabasesComeAndGoWithoutMeetingEachOther) {
         const std::string used = ErrorOf(*mine, "use D exec sp_helpuser use master");
         const std::string dropped = ErrorOf(*mine, "drop database D");
         if (used != "ok") mine->Execute("use master");
-        sound = sound && (made == "ok" || made == "1801 42000") &&
-                (used == "ok" || used == "911 42000") &&
+        sound = sound && (made == "ok" || made == "1801 42000") && (used == "ok" || used == "911 42000") &&
                 (dropped == "ok" || dropped == "3702 42000" || dropped == "3701 42S02");
       }
       _exit(sound ? 0 : 1);

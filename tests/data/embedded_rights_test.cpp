@@ -181,10 +181,11 @@ TEST_F(EmbeddedRights, NoRowLeaksByAnotherStatement) {
   connection->Execute("exec sp_addrolemember 'db_datawriter','eva' create table U (a int)");
   for (const std::string_view sql :
        {"if exists (select a from T) select 1", "declare @a int set @a=(select max(a) from T)",
-        "declare @a int select @a=a from T", "insert U select a from T", "update U set a=(select max(a) from T)",
-        "update U set a=1 where exists (select 1 from V)", "select 1 where 1 in (select a from T)",
-        "select (select max(a) from T)", "select 1 union all select a from V",
-        "select x.n from (select count(*) as n from T) x", "delete U where a in (select a from T)"}) {
+        "declare @a int select @a=a from T", "insert U select a from T",
+        "update U set a=(select max(a) from T)", "update U set a=1 where exists (select 1 from V)",
+        "select 1 where 1 in (select a from T)", "select (select max(a) from T)",
+        "select 1 union all select a from V", "select x.n from (select count(*) as n from T) x",
+        "delete U where a in (select a from T)"}) {
     EXPECT_EQ(ErrorOf(*eva, sql), "229 42000") << sql;
   }
 }

@@ -215,13 +215,14 @@ void Session::CreateDatabase(std::string_view database) {
 
 void Session::DropDatabase(std::string_view database) {
   RequireNoTransaction("DROP DATABASE");
+  // From here on nobody else makes or drops one of its name.
+  const ProcessSlot::Gate gate(processes_);
   const auto entry = server_.FindDatabase(database);
   if (!entry || entry->IsMaster()) {
     throw Failed(Code::NoObjectToDrop,
                  fmt::format("Não é possível eliminar a base de dados '{}', porque não existe", database));
   }
   RequireOver(Right::DropDatabase, *entry);
-  const ProcessSlot::Gate gate(processes_);
   if (entry->id == current_->Id() || !processes_.OthersIn(static_cast<int>(entry->id)).empty()) {
     throw Failed(Code::InUse,
                  fmt::format("A base de dados '{}' está a ser usada e não pode ser eliminada", database));

@@ -30,8 +30,6 @@ Given ValueOf(const Slot& slot, const SlotValues& values) {
       return {std::string_view(session.login), Varchar(128)};
     case Slot::Source::Database:
       return {std::string_view(session.database), Varchar(128)};
-    case Slot::Source::SysAdmin:
-      return {std::int64_t{session.sysAdmin}, kInt};
     case Slot::Source::LastError:
       return {session.lastError, kInt};
     default:

@@ -16,7 +16,6 @@ struct SessionValues {
   std::int64_t transactionCount = 0;
   std::string login;
   std::string database;
-  bool sysAdmin = false;
   std::int64_t lastError = 0;  // number of the error that the last statement gave
 };
 

@@ -25,7 +25,6 @@ struct Slot {
     Now,
     Login,
     Database,
-    SysAdmin,
     LastError,
     Variable,
   };
