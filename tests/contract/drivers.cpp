@@ -35,8 +35,7 @@ class EmbeddedDriver final : public Driver {
  private:
   std::unique_ptr<Connection> OpenDatabase(std::string_view server, std::string_view database,
                                            std::string_view password) const {
-    const ConnectionString target{
-        "(LOCALDB)\\" + std::string(server), std::string(database), "sa", false};
+    const ConnectionString target{"(LOCALDB)\\" + std::string(server), std::string(database), "sa", false};
     return data::OpenEmbedded({folder_.Path(), std::string(server), data::MissingServer::Make}, target,
                               password, kTimeoutSeconds);
   }
