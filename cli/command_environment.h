@@ -16,6 +16,7 @@ struct CommandEnvironment {
   std::ostream& err;
   bool errIsTerminal = false;           // progress is shown there only then
   std::filesystem::path serversFolder;  // KORVEL_DADOS: the embedded servers, a folder each
+  std::filesystem::path programFile;    // of the running program
   toolkit::Settings& settings;
   const toolkit::Clock& clock;
   std::function<bool()> interrupted;  // true once the user wants long work to end; may be empty

@@ -86,6 +86,7 @@ int Run(const std::vector<std::string>& arguments) {
                                               .err = std::cerr,
                                               .errIsTerminal = isatty(STDERR_FILENO) == 1,
                                               .serversFolder = ServersFolder(),
+                                              .programFile = std::filesystem::canonical("/proc/self/exe"),
                                               .settings = settings,
                                               .clock = clock,
                                               .interrupted = [] { return interruptions != 0; },

@@ -9,7 +9,9 @@
 #include "cli/failures.h"
 #include "cli/usage_texts.h"
 #include "data/error.h"
+#include "databases/admin_command.h"
 #include "databases/version.h"
+#include "session/command_line.h"
 #include "session/connections.h"
 #include "toolkit/progress_scope.h"
 
@@ -47,6 +49,17 @@ std::string HelpOf(const CLI::App& app) {
 
 void Tell(std::ostream& err, std::string_view text) {
   err << text << '\n';
+}
+
+/// A line of administration, "<@>ACT_DB<@>server...", as installations send it: it runs, whatever becomes of it, and says
+/// nothing. False for any other line.
+bool RunAdminLine(std::span<const std::string> arguments, const CommandEnvironment& environment) {
+  const session::CommandLine line = session::ParseCommandLine(fmt::format("{}", fmt::join(arguments, " ")));
+  const auto* command = std::get_if<session::AdminCommand>(&line);
+  if (command == nullptr) return false;
+  Workspace workspace(environment, GlobalOptions(), false, {});
+  databases::RunAdminCommand(workspace.Context(), *command, environment.programFile);
+  return true;
 }
 
 /// What went wrong in a command that did not come to its end, and the exit status it makes.
@@ -177,6 +190,7 @@ Command* CommandLine::Chosen() const {
 
 Exit RunKorvelctl(std::span<const std::string> arguments, const CommandEnvironment& environment) {
   try {
+    if (RunAdminLine(arguments, environment)) return Exit::Done;
     CommandLine line;
     return ParseAndRun(line, arguments, environment);
   } catch (...) {

@@ -44,6 +44,7 @@ CommandResult CliWorld::Run(std::vector<std::string> arguments) {
       .err = err,
       .errIsTerminal = false,
       .serversFolder = Servers(),
+      .programFile = Output() / "korvelctl",
       .settings = settings_,
       .clock = clock,
       .interrupted = interrupted,
