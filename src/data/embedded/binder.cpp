@@ -225,7 +225,8 @@ Bound Binder::Variable(const Expr& expr) {
   if (expr.text == "@@version") return ExpressionOf("t_fact('@@version','','')", Varchar(300), false);
   const auto* found = std::find_if(std::begin(kVariables), std::end(kVariables),
                                    [&](const Variables& variable) { return variable.name == expr.text; });
-  if (found == std::end(kVariables)) throw Failed(Code::NoVariable, "A variável '" + expr.text + "' não existe");
+  if (found == std::end(kVariables))
+    throw Failed(Code::NoVariable, "A variável '" + expr.text + "' não existe");
   return SlotOf(found->source, found->type);
 }
 

@@ -10,8 +10,9 @@ namespace korvel::data::embedded {
 namespace {
 
 const Procedure* FindProcedure(std::string_view name) {
-  for (const auto procedures : {CatalogueProcedures(), ServerProcedures(), LoginProcedures(), UserProcedures(),
-                                ProcessProcedures(), ProgramProcedures(), StorageProcedures(), HelpProcedures()}) {
+  for (const auto procedures :
+       {CatalogueProcedures(), ServerProcedures(), LoginProcedures(), UserProcedures(), ProcessProcedures(),
+        ProgramProcedures(), StorageProcedures(), HelpProcedures()}) {
     const auto found = std::find_if(procedures.begin(), procedures.end(), [&](const Procedure& procedure) {
       return SameName(procedure.name, name);
     });

@@ -24,7 +24,8 @@ struct FunctionContext {
   /// Name of the object with that number, empty for none; for object_name().
   std::function<std::string(std::int64_t)> objectName;
   /// What the session tells of itself and its server; see server_facts.h.
-  std::function<OwnedStored(std::string_view fact, std::string_view first, std::string_view second)> serverFact;
+  std::function<OwnedStored(std::string_view fact, std::string_view first, std::string_view second)>
+      serverFact;
 };
 
 class Store;

@@ -208,8 +208,8 @@ RowTable Devices(const ServerView& view) {
   constexpr std::int64_t kBackupDevice = 16;
   constexpr std::int64_t kDisk = 2;
   for (const Device& device : view.server.Devices().All()) {
-    table.rows.push_back({device.name, std::int64_t{0}, std::int64_t{0}, std::int64_t{0}, kBackupDevice, kDisk,
-                          device.file});
+    table.rows.push_back(
+        {device.name, std::int64_t{0}, std::int64_t{0}, std::int64_t{0}, kBackupDevice, kDisk, device.file});
   }
   return table;
 }
@@ -220,10 +220,9 @@ struct Entry {
   RowTable (*make)(const ServerView&);
 };
 constexpr Entry kTables[] = {{"sysdatabases", true, Databases}, {"syslogins", true, Logins},
-                             {"sysprocesses", true, Processes},
-                             {"sysdevices", true, Devices}, {"sysusers", false, Users},
-                             {"sysobjects", false, Objects},    {"syscomments", false, Comments},
-                             {"syscolumns", false, Columns}};
+                             {"sysprocesses", true, Processes}, {"sysdevices", true, Devices},
+                             {"sysusers", false, Users},        {"sysobjects", false, Objects},
+                             {"syscomments", false, Comments},  {"syscolumns", false, Columns}};
 
 }  // namespace
 
