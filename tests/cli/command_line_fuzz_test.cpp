@@ -6,7 +6,6 @@
 #include "cli/golden_case.h"
 #include "cli/program.h"
 #include "cli/usage_texts.h"
-#include "session/command_line.h"
 #include "support/fuzz.h"
 
 namespace korvel::test {
@@ -50,18 +49,6 @@ TEST(CommandLineFuzz, WordsAreReadOrRefusedWithAReason) {
     } catch (const CLI::ParseError& error) {
       EXPECT_FALSE(cli::UsageText(error).empty()) << "round " << fuzz.Rounds();
     }
-  }
-}
-
-/// The other command line, of the program with windows: it reads anything.
-TEST(CommandLineFuzz, AStartIsReadWhateverItSays) {
-  const std::array<std::string, 4> lines{"", " SRV LOGIN 0001 xx",
-                                         "<@>act_db<@>SRV<@>1<@>sa<@>p<@>Korvel0001", "<@>ACT_CHK<@>"};
-  for (Fuzz fuzz(32); fuzz.Goes();) {
-    const std::string line = fuzz.Mutated(fuzz.OneOf(lines), fuzz.OneOf(lines));
-    const session::CommandLine read = session::ParseCommandLine(line);
-    const bool blank = line.find_first_not_of(' ') == std::string::npos;
-    EXPECT_EQ(std::holds_alternative<session::InteractiveStart>(read), blank) << "round " << fuzz.Rounds();
   }
 }
 

@@ -118,8 +118,9 @@ TEST_F(EmbeddedBackup, ADeviceNamesAFile) {
   EXPECT_EQ(Content(), "1|um // 1");
   EXPECT_EQ(ErrorOf(*connection, "backup database BASE to Curto"), "ok");
   EXPECT_TRUE(fs::exists(folder / "TESTE/backup/relativo.dat"));
-  connection->Execute("exec sp_dropdevice 'Curto', 'delfile'");
-  EXPECT_FALSE(fs::exists(folder / "TESTE/backup/relativo.dat"));
+  connection->Execute("exec sp_dropdevice 'Curto'");
+  EXPECT_TRUE(fs::exists(folder / "TESTE/backup/relativo.dat"));
+  EXPECT_EQ(ErrorOf(*connection, "backup database BASE to Curto WITH INIT").substr(0, 4), "3206");
   EXPECT_EQ(ErrorOf(*connection, "Set Quoted_Identifier OFF"), "ok");
   EXPECT_EQ(ErrorOf(*connection, "Backup Database BASE To Disk=\"" + File("aspas.dat") + "\" With INIT"),
             "ok");

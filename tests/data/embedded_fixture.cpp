@@ -1,5 +1,8 @@
 #include "data/embedded_fixture.h"
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <sstream>
 
 namespace korvel::data {
@@ -35,6 +38,31 @@ std::string RowText(const Recordset& rows) {
 }
 
 }  // namespace
+
+int EmbeddedServerTest::MadeByRacers(int processes, std::string_view database,
+                                     const std::vector<std::string>& statements) {
+  constexpr int kBroken = 100;
+  std::vector<pid_t> children;
+  for (int i = 0; i < processes; ++i) {
+    children.push_back(fork());
+    if (children.back() != 0) continue;
+    int made = 0;
+    try {
+      const auto mine = Open(database, 20);
+      for (const std::string& statement : statements) made += ErrorOf(*mine, statement) == "ok" ? 1 : 0;
+    } catch (...) {
+      _exit(kBroken);
+    }
+    _exit(made);
+  }
+  int total = 0;
+  for (const pid_t child : children) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    total += WIFEXITED(status) ? WEXITSTATUS(status) : kBroken;
+  }
+  return total;
+}
 
 std::string Rows(Connection& connection, std::string_view sql, Parameters parameters) {
   Recordset rows = connection.Query(sql, parameters);

@@ -21,6 +21,10 @@ class EmbeddedServerTest : public ::testing::Test {
   std::unique_ptr<Connection> OpenAs(std::string_view login, std::string_view password,
                                      std::string_view database, std::string_view server = "TESTE");
 
+  /// Lets processes run the same statements at once, each over a connection of its own, and counts how many succeeded.
+  /// No connection may be open meanwhile.
+  int MadeByRacers(int processes, std::string_view database, const std::vector<std::string>& statements);
+
   test::TempFolder folder;
   ServerSettings settings;
   std::unique_ptr<Connection> connection;

@@ -1,5 +1,3 @@
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "data/embedded_fixture.h"
 
@@ -202,27 +200,10 @@ TEST_F(EmbeddedLogins, AccountsOfTheSystemEnterWhenTheOwnerOrAdded) {
 
 TEST_F(EmbeddedLogins, TwoProcessesMakeOneLogin) {
   connection.reset();
-  std::vector<pid_t> children;
-  for (int i = 0; i < 3; ++i) {
-    children.push_back(fork());
-    if (children.back() != 0) continue;
-    int made = 0;
-    try {
-      const auto mine = Open("master", 20);
-      for (int n = 0; n < 4; ++n)
-        made += ErrorOf(*mine, "sp_addlogin 'p" + std::to_string(n) + "','x'") == "ok" ? 1 : 0;
-    } catch (...) {
-      _exit(100);
-    }
-    _exit(made);
-  }
-  int total = 0;
-  for (const pid_t child : children) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    total += WEXITSTATUS(status);
-  }
-  EXPECT_EQ(total, 4);
+  EXPECT_EQ(MadeByRacers(3, "master",
+                         {"sp_addlogin 'p0','x'", "sp_addlogin 'p1','x'", "sp_addlogin 'p2','x'",
+                          "sp_addlogin 'p3','x'"}),
+            4);
   EXPECT_EQ(Rows(*Open("master"), "select count(*) from syslogins where name like 'p%'"), "4");
 }
 

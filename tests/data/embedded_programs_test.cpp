@@ -1,5 +1,3 @@
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "data/embedded_fixture.h"
 
@@ -353,30 +351,11 @@ TEST_F(EmbeddedPrograms, CallsGiveBackOutputsAndTheResult) {
 
 TEST_F(EmbeddedPrograms, TwoProcessesMakeOneProcedure) {
   connection.reset();
-  std::vector<pid_t> children;
-  for (int i = 0; i < 4; ++i) {
-    children.push_back(fork());
-    if (children.back() != 0) continue;
-    int made = 0;
-    try {
-      const auto mine = Open("BASE", 20);
-      for (int n = 0; n < 5; ++n) {
-        const std::string name = "P" + std::to_string(n);
-        made += ErrorOf(*mine, "create procedure " + name + " as return 1") == "ok" ? 1 : 0;
-      }
-    } catch (...) {
-      _exit(100);
-    }
-    _exit(made);
-  }
-  int total = 0;
-  for (const pid_t child : children) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    total += WEXITSTATUS(status);
-  }
-  EXPECT_EQ(total, 5);
-  EXPECT_EQ(Rows(*Open(), "declare @r int exec @r=P3 select @r, count(*) from sysobjects"), "1|5");
+  EXPECT_EQ(MadeByRacers(4, "BASE",
+                         {"create procedure P1 as return 1", "create procedure P2 as return 1",
+                          "create procedure P3 as return 1"}),
+            3);
+  EXPECT_EQ(Rows(*Open(), "declare @r int exec @r=P3 select @r, count(*) from sysobjects"), "1|3");
 }
 
 }  // namespace

@@ -194,27 +194,10 @@ TEST_F(EmbeddedServer, AKillInsideATransactionLeavesTheEarlierState) {
 
 TEST_F(EmbeddedServer, TwoProcessesMakeOneDatabase) {
   connection.reset();
-  std::vector<pid_t> children;
-  for (int i = 0; i < 4; ++i) {
-    children.push_back(fork());
-    if (children.back() != 0) continue;
-    int made = 0;
-    try {
-      const auto mine = Open("master", 20);
-      for (int n = 0; n < 5; ++n)
-        made += ErrorOf(*mine, "create database P" + std::to_string(n)) == "ok" ? 1 : 0;
-    } catch (...) {
-      _exit(100);
-    }
-    _exit(made);
-  }
-  int total = 0;
-  for (const pid_t child : children) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    total += WEXITSTATUS(status);
-  }
-  EXPECT_EQ(total, 5);
+  EXPECT_EQ(MadeByRacers(4, "master",
+                         {"create database P1", "create database P2", "create database P3",
+                          "create database P4", "create database P5"}),
+            5);
   EXPECT_EQ(Rows(*Open("master"), "select count(*) from sysdatabases"), "7");
 }
 

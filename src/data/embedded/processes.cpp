@@ -113,7 +113,7 @@ ProcessSlot::ProcessSlot(const std::filesystem::path& file, const ProcessStart& 
   Put(record.account, start.account);
   Put(record.program, start.program);
   Put(record.host, HostName());
-  own_killed_ = &record.killed;
+  ownKilled_ = &record.killed;
   stamp_ = NewStamp();
   record.stamp.store(stamp_);
   std::int32_t used = Used().load();

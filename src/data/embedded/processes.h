@@ -58,7 +58,7 @@ class ProcessSlot {
 
   int Spid() const;
   /// Set by another connection. A cheap look, fit for every row.
-  bool Killed() const { return own_killed_->load(std::memory_order_acquire) == stamp_; }
+  bool Killed() const { return ownKilled_->load(std::memory_order_acquire) == stamp_; }
 
   /// What others see of this connection. At most kMostDatabases: more throw 701.
   void SetDatabases(std::span<const int> databases);
@@ -103,7 +103,7 @@ class ProcessSlot {
   void* memory_ = nullptr;
   int place_ = -1;
   std::uint64_t stamp_ = 0;
-  std::atomic<std::uint64_t>* own_killed_ = nullptr;
+  std::atomic<std::uint64_t>* ownKilled_ = nullptr;
 };
 
 }  // namespace korvel::data::embedded

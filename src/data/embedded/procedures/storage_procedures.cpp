@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include "data/embedded/errors.h"
-#include "data/embedded/files.h"
 #include "data/embedded/procedures/procedure.h"
 
 namespace korvel::data::embedded {
@@ -24,13 +23,10 @@ RowTables AddDevice(const Site& site) {
   return {};
 }
 
+/// The file stays: whoever may name devices need not be whoever may delete files.
 RowTables DropDevice(const Site& site) {
   site.session.Require(Right::ManageDevices);
-  const auto device = site.view.server.Devices().Find(*site.arguments[0]);
   site.view.server.Devices().Remove(*site.arguments[0]);
-  if (device && site.arguments[1] && SameName(*site.arguments[1], "delfile")) {
-    RemoveDatabaseFiles(site.view.server.BackupFolder() / device->file);
-  }
   return {};
 }
 
@@ -59,7 +55,7 @@ RowTables HelpFile(const Site& site) {
 
 constexpr Procedure kProcedures[] = {
     {"sp_addumpdevice", {"@devtype", "@logicalname", "@physicalname"}, 3, AddDevice},
-    {"sp_dropdevice", {"@logicalname", "@delfile"}, 1, DropDevice},
+    {"sp_dropdevice", {"@logicalname"}, 1, DropDevice},
     {"sp_helpfile", {"@filename"}, 0, HelpFile},
 };
 
