@@ -13,7 +13,6 @@ namespace {
 
 /// Without a case, each with its reason.
 const std::set<std::string> kExceptions = {
-    "korvelctl --windows",   // needs a server that knows the operating system's users
     "korvelctl --servidor",  // other servers are tried by the tests of faults, which need a free name
 };
 

@@ -186,15 +186,17 @@ TEST_F(EmbeddedLogins, AccountsOfTheSystemEnterWhenTheOwnerOrAdded) {
   const std::string name = Rows(*own, "Select SUser_SName() as LoginName");
   EXPECT_EQ(Columns(*own, "xp_logininfo [" + name + "]",
                     {"account name", "type", "privilege", "mapped login name", "permission path"}),
-            name + "|user|admin|" + name + "|BUILTIN\\Administrators");
+            name + "|user|admin|" + name + "|NULL");
   EXPECT_EQ(Rows(*own, "create database DELE use DELE create table D (a int) select user_name()"), "dbo");
   EXPECT_EQ(ErrorOf(*own, "Create Login [OUTRA\\zeca] From Windows"), "ok");
   EXPECT_EQ(ErrorOf(*own, "sp_grantlogin 'OUTRA\\zeca'"), "15025 42000");
   EXPECT_EQ(Opening("OUTRA\\zeca", "", "master"), "18456");
   EXPECT_EQ(Rows(*own,
                  "select loginname, isntname , isntgroup, hasaccess, sysadmin from master.dbo.syslogins "
-                 "Where (isntgroup=1 or isntname=1) order by loginname"),
+                 "Where (isntgroup=1 or isntname=1) and loginname<>suser_sname() order by loginname"),
             "BUILTIN\\Administrators|1|1|1|1/OUTRA\\zeca|1|0|1|0");
+  EXPECT_EQ(Rows(*own, "select isntname,isntgroup,sysadmin from syslogins where name=suser_sname()"),
+            "1|0|1");
   EXPECT_EQ(ErrorOf(*own, "sp_revokelogin 'OUTRA\\zeca'"), "ok");
 }
 

@@ -132,16 +132,26 @@ bool Server::EnterWithPassword(std::string_view name, std::string_view password)
   return true;
 }
 
-/// The folder's owner enters as a member of the owners' group, others by an account of their own.
+/// An account of the operating system enters when it was added; that of the folder's owner adds itself.
 bool Server::EnterAsSystemUser() {
   ownsFolder_ = OwnedByThisUser(folder_);
   auto found = Logins().Find(SystemLogin());
-  if (!found && ownsFolder_) found = Logins().Find(kOwners);
+  if (!found && ownsFolder_) found = AddOwner(SystemLogin());
   if (!found || !found->windows) return false;
   login_ = *found;
-  login_.name = SystemLogin();
-  login_.group = false;
   return true;
+}
+
+/// A sysadmin by name, not by the owners' group alone: programs look for people in the list of logins.
+LoginEntry Server::AddOwner(const std::string& account) {
+  AtomicWrite write(*master_);
+  LoginList logins = Logins();
+  if (!logins.Find(account)) {
+    logins.AddWindows(account);
+    logins.SetRole(logins.Get(account), server_role::kSysAdmin, true);
+  }
+  write.Keep();
+  return logins.Get(account);
 }
 
 std::optional<unsigned> Server::RolesNow() {

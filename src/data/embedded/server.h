@@ -65,6 +65,7 @@ class Server {
   void Enter(const ConnectionString& wanted, std::string_view password);
   bool EnterWithPassword(std::string_view name, std::string_view password);
   bool EnterAsSystemUser();
+  LoginEntry AddOwner(const std::string& account);
   void MakeMaster();
   void CloseLogs(const DatabaseEntry& entry);
 

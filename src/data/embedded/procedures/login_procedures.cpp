@@ -73,13 +73,12 @@ RowTables HelpServerRole(const Site&) {
   return {std::move(table)};
 }
 
-std::vector<OwnedStored> AccountLine(const LoginEntry& login, std::string_view path) {
+std::vector<OwnedStored> AccountLine(const LoginEntry& login) {
   return {login.name, std::string(login.group ? "group" : "user"),
-          std::string(login.IsSysAdmin() ? "admin" : "user"), login.name,
-          path.empty() ? OwnedStored(Null{}) : OwnedStored(std::string(path))};
+          std::string(login.IsSysAdmin() ? "admin" : "user"), login.name, Null{}};
 }
 
-/// Accounts of the operating system: all that may enter, or one, whose permission may come by the owners' group.
+/// Accounts of the operating system: all that may enter, or one. Each has its permission by itself, by no path.
 RowTables LoginInfo(const Site& site) {
   RowTable table{{{"account name", kName},
                   {"type", Varchar(8)},
@@ -87,16 +86,13 @@ RowTables LoginInfo(const Site& site) {
                   {"mapped login name", kName},
                   {"permission path", kName}},
                  {}};
-  const LoginEntry& own = site.view.server.Login();
   LoginList logins = site.view.server.Logins();
   if (!site.arguments[0]) {
     for (const LoginEntry& login : logins.All()) {
-      if (login.windows) table.rows.push_back(AccountLine(login, ""));
+      if (login.windows) table.rows.push_back(AccountLine(login));
     }
   } else if (const auto found = logins.Find(*site.arguments[0]); found && found->windows) {
-    table.rows.push_back(AccountLine(*found, ""));
-  } else if (own.windows && SameName(own.name, *site.arguments[0])) {
-    table.rows.push_back(AccountLine(own, kOwners));
+    table.rows.push_back(AccountLine(*found));
   }
   return {std::move(table)};
 }
