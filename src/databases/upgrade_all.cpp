@@ -81,7 +81,7 @@ bool AskAndUpgradeCompanies(const session::Context& context, std::string_view se
                           "estar outros utilizadores a usa-las!");
   if (context.dialogs.Ask("Confirma?", kNoYes) != 1) return false;
   if (context.dialogs.Ask("Actualizar?", kScopes) == 1) return UpgradeCompanies(context, listed);
-  return UpgradeCompanies(context, std::array{std::string(selected)});
+  return !selected.empty() && UpgradeCompanies(context, std::array{std::string(selected)});
 }
 
 bool ActualizaDBase(const session::Context& context) {
