@@ -64,7 +64,9 @@ TEST(Faults, OfADamagedDatabaseLoseNothing) {
 
   const auto result = world.Run(std::string("periodo listar") + kCompany);
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_TRUE(IsOneLine(result.err)) << result.err;
+  EXPECT_EQ(result.err,
+            "-2147467259 - Não foi possivel abrir a Empresa seleccionada!\n"
+            "O ficheiro da base de dados Korvel0001 está danificado\n");
   EXPECT_EQ(ReadFile(files.front()), damaged);
   EXPECT_EQ(world.Run("empresa listar").exitCode, 0);
 }
