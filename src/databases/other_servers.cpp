@@ -58,10 +58,10 @@ bool UpgradeConfigOf(const session::Context& context, const Installation& instal
 
 /// The first installation of each server; the rows stand in the order of their servers.
 std::vector<Installation> OnePerServer(std::vector<Installation> all) {
-  const auto rest = std::ranges::unique(all, [](const Installation& a, const Installation& b) {
+  const auto same = [](const Installation& a, const Installation& b) {
     return toolkit::SameIgnoringCase(a.server, b.server);
-  });
-  all.erase(rest.begin(), rest.end());
+  };
+  all.erase(std::unique(all.begin(), all.end(), same), all.end());
   return all;
 }
 
