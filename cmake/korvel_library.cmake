@@ -15,10 +15,14 @@ target_precompile_headers(korvel_precompiled PRIVATE
   <algorithm> <array> <charconv> <chrono> <filesystem> <functional> <map> <memory> <optional> <span> <stdexcept>
   <string> <string_view> <unordered_map> <utility> <variant> <vector> <fmt/format.h>)
 
-# korvel_library(<target> FOLDER <folder below the source root> SOURCES ... LINKS ... [PRIVATE_LINKS ...])
+# korvel_library(<target> FOLDER <folder below the source root> SOURCES ... LINKS ... [PRIVATE_LINKS ...]
+#                [PRECOMPILED <target with the precompiled headers>])
 # FOLDER is the prefix by which others include the headers, as in #include "toolkit/numbers.h".
 function(korvel_library target)
-  cmake_parse_arguments(ARG "" "FOLDER" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "FOLDER;PRECOMPILED" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  if(NOT ARG_PRECOMPILED)
+    set(ARG_PRECOMPILED korvel_precompiled)
+  endif()
   add_library(${target} STATIC ${ARG_SOURCES})
   set(root ${PROJECT_BINARY_DIR}/include/${target})
   get_filename_component(parent ${root}/${ARG_FOLDER} DIRECTORY)
@@ -26,5 +30,5 @@ function(korvel_library target)
   file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${ARG_FOLDER} SYMBOLIC)
   target_include_directories(${target} PUBLIC ${root})
   target_link_libraries(${target} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS} korvel_warnings)
-  target_precompile_headers(${target} REUSE_FROM korvel_precompiled)
+  target_precompile_headers(${target} REUSE_FROM ${ARG_PRECOMPILED})
 endfunction()

@@ -7,7 +7,7 @@ packages=(
   libsqlite3-dev libsodium-dev nettle-dev unixodbc-dev tdsodbc libfmt-dev libcli11-dev libsimpleini-dev
 )
 if [[ ${1:-} == --tests ]]; then
-  packages+=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-dev libsqliteodbc clang-format-14 clang-tidy-14)
+  packages+=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-dev libsqliteodbc clang-format-14 clang-tidy-14 clang-16 libclang-rt-16-dev)
 fi
 
 missing=()

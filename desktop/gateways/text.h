@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace korvel::desktop {
+
+/// Texts of the core are UTF-8.
+inline QString ToQt(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+inline std::string FromQt(const QString& text) {
+  return text.toStdString();
+}
+
+}  // namespace korvel::desktop

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+#include "forms/common/form.h"
+
+namespace korvel::desktop {
+
+/// Makes the form that a menu entry names; null for one whose window is not there yet. Belongs to `parent`.
+Form* MakeForm(Desk& desk, std::string_view form, QWidget* parent);
+
+}  // namespace korvel::desktop

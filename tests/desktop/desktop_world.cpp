@@ -1,0 +1,83 @@
+#include "desktop/desktop_world.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTimer>
+#include <stdexcept>
+#include <string>
+
+#include "gateways/text.h"
+
+namespace korvel::desktop {
+
+DesktopWorld::DesktopWorld() : desk(server.servers, {server.dialogs, server.settings, server.clock}) {
+  desk.Session() = server.session;
+}
+
+void DesktopWorld::MakeCompany() {
+  if (!demo::MakeDemoCompany(server.Context(), {.year = 2025, .lines = 300})) {
+    throw std::runtime_error("no demonstration company");
+  }
+  server.dialogs.Clear();
+  desk.Session() = server.session;
+}
+
+namespace detail {
+
+QWidget& FindWidget(QWidget& window, std::string_view name) {
+  if (window.objectName() == ToQt(name)) return window;
+  auto* found = window.findChild<QWidget*>(ToQt(name));
+  if (found == nullptr) throw std::runtime_error("no widget " + std::string(name));
+  return *found;
+}
+
+void FailKind(std::string_view name) {
+  throw std::runtime_error(std::string(name) + " is of another kind");
+}
+
+}  // namespace detail
+
+void Press(QWidget& window, std::string_view button) {
+  auto& found = Find<QAbstractButton>(window, button);
+  if (!found.isEnabled()) throw std::runtime_error(std::string(button) + " is disabled");
+  found.click();
+  QApplication::processEvents();
+}
+
+void Type(QWidget& window, std::string_view field, std::string_view text) {
+  auto& widget = detail::FindWidget(window, field);
+  QApplication::setActiveWindow(widget.window());
+  widget.setFocus();
+  if (auto* box = dynamic_cast<QLineEdit*>(&widget)) box->selectAll();
+  for (const QChar letter : ToQt(text)) {
+    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
+    QApplication::sendEvent(&widget, &press);
+  }
+  widget.clearFocus();
+  QApplication::processEvents();
+}
+
+void PressKey(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+  QKeyEvent press(QEvent::KeyPress, key, modifiers);
+  QApplication::sendEvent(&widget, &press);
+  QKeyEvent release(QEvent::KeyRelease, key, modifiers);
+  QApplication::sendEvent(&widget, &release);
+  QApplication::processEvents();
+}
+
+void WhenAsked(std::function<void(QWidget&)> visit) {
+  QTimer::singleShot(5, [visit = std::move(visit)] {
+    QWidget* window = QApplication::activeModalWidget();
+    const bool waits = window == nullptr || window->objectName() == "PRG_Progress" || !window->isVisible();
+    if (waits) {
+      WhenAsked(visit);
+    } else {
+      visit(*window);
+    }
+  });
+}
+
+}  // namespace korvel::desktop
