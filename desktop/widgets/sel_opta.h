@@ -1,17 +1,17 @@
 #pragma once
 
-#include <QComboBox>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "toolkit/options.h"
+#include "widgets/choice_box.h"
 
 namespace korvel::desktop {
 
 /// A choice from a list, each with a key. An empty key is a choice too.
-class SelOpta : public QComboBox {
+class SelOpta : public ChoiceBox {
  public:
   explicit SelOpta(std::string_view name, QWidget* parent = nullptr);
 
@@ -26,7 +26,6 @@ class SelOpta : public QComboBox {
   bool Found() const { return found_; }
   /// The caption shown.
   std::string Texto() const;
-  void SetLocked(bool locked);
 
   /// Told when another row is chosen, by the user or by SetChave.
   std::function<void()> onChange;

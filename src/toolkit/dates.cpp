@@ -4,6 +4,7 @@
 #include <array>
 #include <exception>
 #include <iterator>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -175,23 +176,32 @@ std::string CreateStrPos(std::string_view format) {
   return order;
 }
 
-DateTexts pData(std::string_view texto, const DateMarks& marks, const DateTime& today, Dialogs& dialogs) {
+DateReading ReadTypedDate(std::string_view texto, const DateMarks& marks, const DateTime& today) {
   if (IsBlank(texto)) return {};
   const std::string order = CreateStrPos(marks.format);
   const std::vector<std::string> parts = TypedParts(texto, order, marks.separator);
   if (parts.empty()) return {};
   const TypedDate typed = PadParts(parts, order, today);
   if (!typed.Plausible()) {
-    dialogs.Message(Icon::Critical,
-                    "Data Inválida de Acordo com o formato de data existente no  Painel de Control (" +
-                        marks.format + ")");
-    return {};
+    return {{},
+            "Data Inválida de Acordo com o formato de data existente no  Painel de Control (" + marks.format +
+                ")"};
   }
-  if (!IsNeutralDate(typed.Neutral())) {
-    dialogs.Message(Icon::Critical, "Data Invalida\n-");
-    return {};
-  }
-  return {typed.Neutral(), RegionalText(typed, order, marks.separator)};
+  if (!IsNeutralDate(typed.Neutral())) return {{}, "Data Invalida\n-"};
+  return {{typed.Neutral(), RegionalText(typed, order, marks.separator)}, {}};
+}
+
+DateTexts pData(std::string_view texto, const DateMarks& marks, const DateTime& today, Dialogs& dialogs) {
+  DateReading reading = ReadTypedDate(texto, marks, today);
+  if (!reading.refusal.empty()) dialogs.Message(Icon::Critical, reading.refusal);
+  return std::move(reading.texts);
+}
+
+DateTexts TextsOfDate(std::string_view neutral, const DateMarks& marks) {
+  const auto date = DateTime::FromText(Trim(neutral));
+  if (!date) return {};
+  const std::string order = CreateStrPos(marks.format);
+  return {date->DateText(), RegionalText(PadParts({}, order, *date), order, marks.separator)};
 }
 
 std::string WriteDate(const DateTime& date, std::string_view format) {

@@ -28,10 +28,19 @@ struct DateTexts {
 /// The order of the letters D, M and Y in a date format, as "DMY"; "A" counts as "Y".
 std::string CreateStrPos(std::string_view format);
 
+struct DateReading {
+  DateTexts texts;
+  std::string refusal;  // what is wrong with a bad date, "" otherwise
+};
 /// Reads a typed date, parts in the order of the format, blank ones taken from `today`. Both texts are empty
-/// for a blank text, and for a bad date, which is said as a critical message. Without its separator a text is
-/// cut by position, except under the order MDY, which is deliberate: all its parts then come from `today`.
+/// for a blank text and for a bad date. Without its separator a text is cut by position, except under the
+/// order MDY, which is deliberate: all its parts then come from `today`.
+DateReading ReadTypedDate(std::string_view texto, const DateMarks& marks, const DateTime& today);
+/// The same; a refusal is said as a critical message.
 DateTexts pData(std::string_view texto, const DateMarks& marks, const DateTime& today, Dialogs& dialogs);
+
+/// Both forms of a neutral date, the user's one as pData writes it; empty for a text that is none.
+DateTexts TextsOfDate(std::string_view neutral, const DateMarks& marks);
 
 /// A date written by a format: d, dd, M, MM, yy, yyyy in any case, "a" as "y", other characters as they
 /// stand.

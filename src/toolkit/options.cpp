@@ -34,12 +34,15 @@ std::vector<Option> eselToArray(std::string_view lista) {
   return options;
 }
 
-std::optional<std::size_t> eselChave(std::string_view lista, std::string_view chave) {
-  const std::vector<Option> options = eselToArray(lista);
+std::optional<std::size_t> FindOption(const std::vector<Option>& options, std::string_view chave) {
   for (std::size_t i = 0; i < options.size(); ++i) {
     if (SameIgnoringCase(options[i].key, chave)) return i;
   }
   return std::nullopt;
+}
+
+std::optional<std::size_t> eselChave(std::string_view lista, std::string_view chave) {
+  return FindOption(eselToArray(lista), chave);
 }
 
 std::string_view Tempos_str(std::string_view codigo) {

@@ -21,7 +21,8 @@ struct Option {
 /// The entries of an option list text, each closed by ";" and split at its first ":". An empty key is a
 /// choice too; text behind the last ";" is no entry.
 std::vector<Option> eselToArray(std::string_view lista);
-/// The place of the first entry whose key equals `chave` upper-cased; nothing without one.
+/// The place of the first option whose key equals `chave` upper-cased; nothing without one.
+std::optional<std::size_t> FindOption(const std::vector<Option>& options, std::string_view chave);
 std::optional<std::size_t> eselChave(std::string_view lista, std::string_view chave);
 
 inline constexpr std::string_view kListaSimNao = "0:Não;1:Sim;";
