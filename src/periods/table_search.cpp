@@ -25,23 +25,40 @@ TableSearch CodeTable(std::string_view table) {
   return {.table = std::string(table), .statement = fmt::format("select * From {}", table)};
 }
 
+void TellNoConnection(toolkit::Dialogs& dialogs) {
+  dialogs.Message(Icon::Warning, "Não foi possível abrir a ligação!");
+}
+
+/// A source that no parameters name fails without a word and without an error number.
+bool OpensSource(const Context& context, session::ConnectionPtr& connection, std::string_view product,
+                 bool showMessage) {
+  context.session.gErroNumero = 0;
+  if (session::AbreConnection_bln(context, connection, product, false, showMessage)) return true;
+  if (showMessage && context.session.gErroNumero == 0) TellNoConnection(context.dialogs);
+  return false;
+}
+
+bool OpensServer(const Context& context, session::ConnectionPtr& connection, const SourceLocation& at,
+                 bool showMessage) {
+  if (session::CreateDBConnection(context, connection, at.server, "master", at.login, at.password))
+    return true;
+  if (showMessage) TellNoConnection(context.dialogs);
+  return false;
+}
+
 bool Opens(const Context& context, session::ConnectionPtr& connection, const TableSearch& search,
            bool showMessage) {
   switch (search.place) {
-    case SearchPlace::Company:
-      return session::AbreConnectionLOCAL_bln(context, connection);
     case SearchPlace::Brevant:
-      return session::AbreConnection_bln(context, connection, session::kBrevant, false, showMessage);
+      return OpensSource(context, connection, session::kBrevant, showMessage);
     case SearchPlace::Lunder:
-      return session::AbreConnection_bln(context, connection, session::kLunder, false, showMessage);
+      return OpensSource(context, connection, session::kLunder, showMessage);
     case SearchPlace::Server:
+      return OpensServer(context, connection, search.location, showMessage);
+    case SearchPlace::Company:
       break;
   }
-  const SourceLocation& at = search.location;
-  if (session::CreateDBConnection(context, connection, at.server, "master", at.login, at.password))
-    return true;
-  if (showMessage) context.dialogs.Message(Icon::Warning, "Não foi possível abrir a ligação!");
-  return false;
+  return session::AbreConnectionLOCAL_bln(context, connection);
 }
 
 const std::string& ShownField(const TableSearch& search) {
