@@ -28,7 +28,7 @@ class ServerFaults : public testing::Test {
     batch->Finish();
   }
 
-  std::unique_ptr<Connection> Open(std::string_view database = "Base", int timeoutSeconds = 10,
+  std::unique_ptr<Connection> Open(std::string_view database = "Base", int timeoutSeconds = 60,
                                    std::string_view login = "sa", std::string_view password = "") {
     return data::OpenOdbc("FreeTDS", {server.Address(), std::string(database), std::string(login), false, {}},
                           password, timeoutSeconds);
@@ -69,7 +69,7 @@ TEST_F(ServerFaults, LoginsAreRefusedForTheirOwnReasons) {
                {"unknown database", "NaoHa", "sa", "", Failure::NoServer, 4060}};
   for (const auto& each : cases) {
     SCOPED_TRACE(each.what);
-    const auto error = ErrorOf([&] { Open(each.database, 10, each.login, each.password); });
+    const auto error = ErrorOf([&] { Open(each.database, 60, each.login, each.password); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->Kind(), each.failure) << error->what();
     EXPECT_EQ(error->Native(), each.native) << error->what();
