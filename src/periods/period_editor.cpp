@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "data/editable_recordset.h"
 #include "data/sql_text.h"
 #include "databases/version.h"
@@ -142,6 +144,25 @@ PeriodListItem ReadItem(const session::SessionRecord& session, const data::Recor
   return item;
 }
 
+/// The list of periods, narrowed by a condition that may be empty or begins with " and ".
+std::vector<PeriodListItem> ReadItems(const Context& context, data::Connection& company,
+                                      std::string_view condition, data::Parameters values = {}) {
+  auto rows = company.Query(
+      fmt::format(
+          "Select *,MTaxAccountingBasis=substring(TaxAccountingBasis,1,1) from TabHeader {}{} Order By "
+          "FiscalYear,StartDate,NumRegisto",
+          condition.empty() ? "" : " Where NumRegisto>0 ", condition),
+      values);
+  std::vector<PeriodListItem> items;
+  for (; !rows.Eof(); rows.MoveNext()) items.push_back(ReadItem(context.session, rows));
+  return items;
+}
+
+std::optional<PeriodListItem> FirstOf(std::vector<PeriodListItem> items) {
+  if (items.empty()) return std::nullopt;
+  return std::move(items.front());
+}
+
 bool ConfirmDeletion(toolkit::Dialogs& dialogs, const PeriodListItem& item) {
   constexpr std::string_view kWarning = "MUITA ATENÇÃO";
   dialogs.Message(
@@ -197,26 +218,37 @@ bool GravarHeader(const Context& context, HeaderMode mode, PeriodHeader& header)
     return true;
   }
   context.dialogs.Message(Icon::Warning, "Esse Registo foi Eliminado por Outro Utilizador !", kAttention);
+  header.numRegisto = 0;
   return false;
 }
 
 std::vector<PeriodListItem> ListPeriods(const Context& context, data::Connection& company,
                                         std::string_view filter) {
-  const std::string where = filter.empty() ? std::string() : fmt::format(" Where NumRegisto>0 {}", filter);
-  auto rows = company.Query(
-      fmt::format("Select *,MTaxAccountingBasis=substring(TaxAccountingBasis,1,1) from TabHeader {} Order By "
-                  "FiscalYear,StartDate,NumRegisto",
-                  where));
-  std::vector<PeriodListItem> items;
-  for (; !rows.Eof(); rows.MoveNext()) items.push_back(ReadItem(context.session, rows));
-  return items;
+  return ReadItems(context, company, filter);
+}
+
+std::vector<PeriodListItem> SearchPeriods(const Context& context, data::Connection& company,
+                                          const PeriodSearch& search) {
+  const std::pair<std::string_view, std::string> starts[] = {{"FiscalYear", search.fiscalYear + "%"},
+                                                             {"CompanyName", search.companyName + "%"}};
+  std::string condition;
+  std::vector<data::Parameter> values;
+  for (const auto& [column, start] : starts) {
+    if (start == "%") continue;  // which would leave out what is NULL
+    condition += fmt::format(" and {} like ?", column);
+    values.emplace_back(start);
+  }
+  return ReadItems(context, company, condition, values);
 }
 
 std::optional<PeriodListItem> FindPeriod(const Context& context, data::Connection& company,
                                          const PeriodKey& period) {
-  auto items = ListPeriods(context, company, " and " + period.Condition());
-  if (items.empty()) return std::nullopt;
-  return std::move(items.front());
+  return FirstOf(ReadItems(context, company, " and " + period.Condition()));
+}
+
+std::optional<PeriodListItem> FindPeriod(const Context& context, data::Connection& company,
+                                         std::int64_t numRegisto) {
+  return FirstOf(ReadItems(context, company, fmt::format(" and NumRegisto={}", numRegisto)));
 }
 
 bool EliminarHeader(const Context& context, const std::vector<PeriodListItem>& selected) {

@@ -26,7 +26,8 @@ std::optional<OpenedHeader> OpenHeader(const session::Context& context, HeaderMo
                                        std::int64_t numRegisto);
 
 /// `cmdGravar` in the modes New and Change: checks and saves what was opened with `canSave`. False when a check failed or the row has gone,
-/// both told through the dialogs. On success `header.numRegisto` is the row's key, and the save is logged.
+/// both told through the dialogs; `header.numRegisto` is 0 when the row has gone. On success it is the row's key, and the
+/// save is logged.
 bool GravarHeader(const session::Context& context, HeaderMode mode, PeriodHeader& header);
 
 /// How a period is told in the activity log.
@@ -47,7 +48,19 @@ struct PeriodListItem {
 /// The periods by year and start; `filter` is empty or a condition beginning with " and ".
 std::vector<PeriodListItem> ListPeriods(const session::Context& context, data::Connection& company,
                                         std::string_view filter = {});
+/// What `cmdPesquisar` looks for; an empty text finds all.
+struct PeriodSearch {
+  std::string fiscalYear;
+  std::string companyName;
+
+  bool IsEmpty() const { return fiscalYear.empty() && companyName.empty(); }
+};
+/// The periods whose values begin with these texts, by year and start.
+std::vector<PeriodListItem> SearchPeriods(const session::Context& context, data::Connection& company,
+                                          const PeriodSearch& search);
 /// Nothing when no such period is there.
+std::optional<PeriodListItem> FindPeriod(const session::Context& context, data::Connection& company,
+                                         std::int64_t numRegisto);
 std::optional<PeriodListItem> FindPeriod(const session::Context& context, data::Connection& company,
                                          const PeriodKey& period);
 

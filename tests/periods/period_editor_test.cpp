@@ -140,6 +140,7 @@ TEST_F(PeriodEditor, RowThatHasGoneIsTold) {
   EXPECT_EQ(server.dialogs.LastText(), "Esse Registo Foi Eliminado por outro Utilizador !");
   EXPECT_FALSE(GravarHeader(context, HeaderMode::Change, saved));
   EXPECT_EQ(server.dialogs.LastText(), "Esse Registo foi Eliminado por Outro Utilizador !");
+  EXPECT_EQ(saved.numRegisto, 0);
   EXPECT_EQ(One("select count(*) from TabHeader"), "0");
 }
 
@@ -179,6 +180,28 @@ TEST_F(PeriodEditor, ListIsInTheOrderOfTheKeys) {
   EXPECT_EQ(items[1].companyName, "Padaria D'Avila, Lda");
   EXPECT_TRUE(FindPeriod(context, *server.Open("Korvel0001"), items[1].period));
   EXPECT_FALSE(FindPeriod(context, *server.Open("Korvel0001"), {"2011", "x' or '1'='1", ""}));
+  EXPECT_EQ(FindPeriod(context, *server.Open("Korvel0001"), items[1].numRegisto)->period, items[1].period);
+  EXPECT_FALSE(FindPeriod(context, *server.Open("Korvel0001"), std::int64_t{99}));
+}
+
+TEST_F(PeriodEditor, SearchTakesTheBeginningsOfTexts) {
+  PeriodHeader other = Filled("2011", "Casa D'Avila");
+  ASSERT_TRUE(GravarHeader(context, HeaderMode::New, other));
+  Saved("2010");
+  Saved("2009");
+  const auto years = [&](const PeriodSearch& search) {
+    std::string found;
+    for (const auto& item : SearchPeriods(context, *server.Open("Korvel0001"), search)) {
+      found += item.period.fiscalYear + " ";
+    }
+    return found;
+  };
+  EXPECT_EQ(years({}), "2009 2010 2011 ");
+  EXPECT_EQ(years({"201", ""}), "2010 2011 ");
+  EXPECT_EQ(years({"", "padaria d'"}), "2009 2010 ");
+  EXPECT_EQ(years({"201", "padaria"}), "2010 ");
+  EXPECT_EQ(years({"", "' or ''='"}), "");
+  EXPECT_EQ(years({"", "D'Avila"}), "") << "in the middle";
 }
 
 class PeriodDeletion : public PeriodEditor {
