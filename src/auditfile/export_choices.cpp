@@ -38,6 +38,29 @@ std::vector<SectionCount> CountSections(data::Connection& company, const periods
   return counts;
 }
 
+namespace {
+
+std::optional<Basis> BasisOf(data::Connection& company, const periods::PeriodKey& period) {
+  const data::Recordset row =
+      company.Query("Select StartDate,EndDate,TaxAccountingBasis from TabHeader where NumRegisto>0  And " +
+                    period.Condition());
+  if (row.Eof() || row.Text("TaxAccountingBasis").empty()) return std::nullopt;
+  return static_cast<Basis>(row.Text("TaxAccountingBasis").front());
+}
+
+}  // namespace
+
+std::optional<ExportOffer> OfferFor(const session::Context& context, const periods::PeriodKey& period) {
+  session::ConnectionPtr company;
+  if (!session::OpenSessionDatabase(context, company, context.session.gBaseDados)) return std::nullopt;
+  const std::optional<Basis> basis = BasisOf(*company, period);
+  if (!basis) {
+    context.dialogs.Message(toolkit::Icon::Critical, kNoHeader);
+    return std::nullopt;
+  }
+  return ExportOffer{CountSections(*company, period), OptionsFor(*basis), ChoicesFor(*basis, period)};
+}
+
 std::string TipoSistemaPeriodo(const session::Context& context, const periods::PeriodKey& period) {
   session::ConnectionPtr company;
   if (!session::OpenSessionDatabase(context, company, context.session.gBaseDados)) {

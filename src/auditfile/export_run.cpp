@@ -9,11 +9,34 @@
 #include "auditfile/file_plan.h"
 #include "auditfile/header_section.h"
 #include "auditfile/section_context.h"
+#include "auditfile/sections.h"
 #include "session/connections.h"
+#include "toolkit/progress_scope.h"
 #include "toolkit/replacing_file.h"
 
 namespace korvel::auditfile {
 namespace {
+
+/// Hands progress on, and tells which section a caption stands for.
+class SectionProgress final : public toolkit::Progress {
+ public:
+  SectionProgress(toolkit::Progress& progress, const std::function<void(std::string_view)>& onSection)
+      : progress_(progress), onSection_(onSection) {}
+
+  void Begin(std::string_view caption, std::int64_t total) override {
+    progress_.Begin(caption, total);
+    if (!onSection_) return;
+    for (const Section& section : kSections) {
+      if (section.caption == caption) onSection_(section.box);
+    }
+  }
+  bool Show(std::int64_t done, std::string_view detail) override { return progress_.Show(done, detail); }
+  void End() override { progress_.End(); }
+
+ private:
+  toolkit::Progress& progress_;
+  const std::function<void(std::string_view)>& onSection_;
+};
 
 /// The road from the first month's file to the last. One file is whole before the next is begun.
 class ExportRun {
@@ -93,17 +116,18 @@ session::ConnectionPtr OpenCompany(const session::Context& context, bool silent,
 }
 
 void Run(const session::Context& context, const ExportOptions& options, const periods::PeriodKey& period,
-         std::string_view Cliente, bool silent, ExportResult& result) {
+         std::string_view Cliente, bool silent, const ExportScreen& screen, ExportResult& result) {
   const session::ConnectionPtr company = OpenCompany(context, silent, result);
   if (!company) return;
   const auto row = ReadPeriod(*company, period);
   if (!row) {
-    result.error = "Não definiu a Identificação da Empresa - Header";
+    result.error = kNoHeader;
     if (!silent) context.dialogs.Message(toolkit::Icon::Critical, result.error);
     return;
   }
+  SectionProgress progress(context.progress, screen.onSection);
   const SectionContext sections{*company,
-                                context.progress,
+                                progress,
                                 options,
                                 period,
                                 row->basis,
@@ -135,16 +159,18 @@ void ShowFiles(const session::Context& context, const ExportOptions& options, bo
 }  // namespace
 
 ExportResult ExportaSaft(const session::Context& context, const ExportOptions& options,
-                         const periods::PeriodKey& period, std::string_view Cliente, bool silent) {
+                         const periods::PeriodKey& period, std::string_view Cliente, bool silent,
+                         const ExportScreen& screen) {
   ExportResult result;
   try {
-    Run(context, options, period, Cliente, silent, result);
+    Run(context, options, period, Cliente, silent, screen, result);
   } catch (const std::exception& failure) {
     // A run that fails shows no box, by design; its caller finds the reason in the result.
     result.ok = false;
     result.error = failure.what();
+    result.cancelled = dynamic_cast<const toolkit::Cancelled*>(&failure) != nullptr;
   }
-  if (result.ok) ShowFiles(context, options, silent, result.files);
+  if (result.ok && !screen.showsFiles) ShowFiles(context, options, silent, result.files);
   return result;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,8 +40,20 @@ struct ExportResult {
   std::vector<std::string> files;
   /// Why the run failed, empty when it did not. A run tells most of its failures only here.
   std::string error;
+  /// It failed because the user cancelled it.
+  bool cancelled = false;
 };
 
+/// What a caller with a screen does in a run.
+struct ExportScreen {
+  /// Told the box of a section, such as "chkPOCCustomer", as the run reaches it; on the run's thread.
+  std::function<void(std::string_view box)> onSection = {};
+  /// The caller shows which files were written; the run does not.
+  bool showsFiles = false;
+};
+
+/// Said of a period that is not defined.
+inline constexpr std::string_view kNoHeader = "Não definiu a Identificação da Empresa - Header";
 /// Title of the box that lists the files of a monthly run.
 inline constexpr std::string_view kFilesTitle = "Exportação de Ficheiros Saft";
 
@@ -50,8 +64,12 @@ inline constexpr std::string_view kFilesTitle = "Exportação de Ficheiros Saft"
 /// becomes 0 in its staged row. Throws nothing: what fails ends the
 /// run and is told in the result.
 ExportResult ExportaSaft(const session::Context& context, const ExportOptions& options,
-                         const periods::PeriodKey& period, std::string_view Cliente = {},
-                         bool silent = false);
+                         const periods::PeriodKey& period, std::string_view Cliente = {}, bool silent = false,
+                         const ExportScreen& screen = {});
+
+/// Which periods are offered for export, as a condition to append to the choice of periods: rows of an earlier version
+/// hold their kind as a long text.
+inline constexpr std::string_view kExportPeriods = " and Len(TaxAccountingBasis)=1  ";
 
 /// The boxes as the choice of a period of that basis ticks them. The folder and the monthly boxes are left as
 /// they are made; `chkHeader` is ticked.
@@ -75,6 +93,16 @@ struct SectionCount {
 };
 /// All nine sections in the order of the form. Throws data::Error.
 std::vector<SectionCount> CountSections(data::Connection& company, const periods::PeriodKey& period);
+
+/// What the choice of a period shows.
+struct ExportOffer {
+  std::vector<SectionCount> counts;
+  ExportOptions options;
+  ExportChoices choices;
+};
+/// Nothing, and deliberately not a word, when the company's database does not open; nothing when the period is not
+/// there any more, which is said.
+std::optional<ExportOffer> OfferFor(const session::Context& context, const periods::PeriodKey& period);
 
 /// The kind of system of a period as the extraction forms know it: "I", "C", and deliberately "G" for
 /// billing; "" when there is no such period. A connection failure is shown and gives "".

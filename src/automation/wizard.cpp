@@ -38,19 +38,14 @@ std::string CaptionOf(Basis basis) {
   return key;
 }
 
-/// A check of the input: the field that it looks at, whether it is at fault, and what is said then.
-struct Check {
-  std::string_view field;
-  bool fails;
-  std::string_view message;
-};
-
 class WizardRun {
  public:
-  WizardRun(const session::Context& context, const WizardInput& input, const WizardObserver& observer)
+  WizardRun(const session::Context& context, const WizardInput& input, const WizardObserver& observer,
+            const auditfile::ExportScreen& screen)
       : context_(context),
         input_(input),
         observer_(observer),
+        screen_(screen),
         steps_{context, input, {{input.txtAno, input.edatStartDate, input.edatEndDate}, {}}} {}
 
   WizardResult Go() {
@@ -82,18 +77,8 @@ class WizardRun {
   }
 
   bool CheckInput() {
-    using toolkit::IsBlank;
-    const std::array checks{
-        Check{"txtAno", IsBlank(input_.txtAno), "Não definiu o Ano!"},
-        Check{"edatStartDate", IsBlank(input_.edatStartDate), "Não definiu a Data Inicial!"},
-        Check{"edatEndDate", IsBlank(input_.edatEndDate), "Não definiu a Data Final!"},
-        Check{"txtPastaExportacao", IsBlank(input_.txtPastaExportacao),
-              "Não definiu a Pasta para Exportação!"},
-        Check{"edatEndDate", input_.edatEndDate < input_.edatStartDate, "As Datas não estão bem definidas!"},
-    };
-    const auto fault =
-        std::find_if(checks.begin(), checks.end(), [](const Check& check) { return check.fails; });
-    return fault == checks.end() || Stop(std::string(fault->message), fault->field);
+    const std::optional<InputFault> fault = FaultOf(input_, true);
+    return !fault || Stop(std::string(fault->message), fault->field);
   }
 
   bool PreparePeriod() {
@@ -104,7 +89,7 @@ class WizardRun {
     if (!MayReplace(*company, replaced)) return false;
     const auto made = RebuildPeriod(*company, Key(), input_.eselTaxAccountingBasis,
                                     replaced ? replaced->cliente : std::string());
-    if (!made) return Stop("Não tem os dados da Empresa definidos (Header)!");
+    if (!made) return Stop(std::string(kNoHeaderOfKind));
     if (replaced) LogDeletion(replaced->companyName);
     steps_.period.cliente = toolkit::Trim(*made);
     return true;
@@ -167,14 +152,14 @@ class WizardRun {
   std::optional<std::int64_t> RowsOf(const Step& step) {
     session::ConnectionPtr company;
     if (!session::AbreConnectionLOCAL_bln(context_, company)) return std::nullopt;
-    return session::ContaRegistos_lng(*company, step.table, " Where " + Key().Condition());
+    return session::ContaRegistos_lng(*company, step.staged().table, " Where " + Key().Condition());
   }
 
   void Export() {
     SetStatus(kExportKey, StepStatus::Processing);
     auditfile::ExportOptions options = auditfile::OptionsFor(input_.eselTaxAccountingBasis);
     options.txtPastaExportacao = input_.txtPastaExportacao;
-    result_.exported = auditfile::ExportaSaft(context_, options, Key(), "", input_.automatico);
+    result_.exported = auditfile::ExportaSaft(context_, options, Key(), "", input_.automatico, screen_);
     result_.ok = result_.exported.ok;
     SetStatus(kExportKey, result_.ok ? StepStatus::Ok : StepStatus::Failed);
     AddHistory(result_.ok ? "Exportação com Sucesso" : "Falha na Exportação", result_.ok);
@@ -200,6 +185,7 @@ class WizardRun {
   const session::Context& context_;
   const WizardInput& input_;
   const WizardObserver& observer_;
+  const auditfile::ExportScreen& screen_;
   StepContext steps_;
   WizardResult result_;
 };
@@ -237,8 +223,8 @@ std::optional<toolkit::DateSpan> DatesOf(std::string_view txtAno, std::string_vi
 }
 
 WizardResult Assistente(const session::Context& context, const WizardInput& input,
-                        const WizardObserver& observer) {
-  return WizardRun(context, input, observer).Go();
+                        const WizardObserver& observer, const auditfile::ExportScreen& screen) {
+  return WizardRun(context, input, observer, screen).Go();
 }
 
 }  // namespace korvel::automation

@@ -27,6 +27,11 @@ struct WizardInput {
   std::optional<periods::LunderChoice> contas;
 };
 
+/// The months and the year, as an option list text.
+inline constexpr std::string_view kMesesList =
+    "01:Janeiro;02:Fevereiro;03:Março;04:Abril;05:Maio;06:Junho;07:Julho;08:Agosto;09:Setembro;10:Outubro;"
+    "11:Novembro;12:Dezembro;365:Anual;";
+
 enum class StepStatus { None, Processing, Ok, Failed };
 /// "", "Processando...", "OK", "Falha".
 std::string_view StatusText(StepStatus status);
@@ -65,6 +70,6 @@ std::optional<toolkit::DateSpan> DatesOf(std::string_view txtAno, std::string_vi
 /// ends the run and keeps what was staged before it. Every run that got as far as the steps leaves a row in
 /// `HistoricoEnvio`. Throws data::Error when the company database fails before the steps; nothing has changed then.
 WizardResult Assistente(const session::Context& context, const WizardInput& input,
-                        const WizardObserver& observer = {});
+                        const WizardObserver& observer = {}, const auditfile::ExportScreen& screen = {});
 
 }  // namespace korvel::automation

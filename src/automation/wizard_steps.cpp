@@ -1,5 +1,6 @@
 #include "automation/wizard_steps.h"
 
+#include <algorithm>
 #include <array>
 
 #include "accounting/chart_of_accounts.h"
@@ -79,28 +80,52 @@ bool StageDocuments(StepContext& run, const Grid&) {
   return billing::CalcularDocumentos(run.context, run.period, billing::Caller::Wizard);
 }
 
+bool ReviewLedger(StepContext& run, const StagedRowSink& sink) {
+  const auto review = accounting::VerRegistos(run.context, run.period.key, accounting::Confirmation::Skip);
+  if (!review) return false;
+  periods::GridRow row;
+  while (review->Next(row)) sink(row);
+  return true;
+}
+
+bool ReviewDocuments(StepContext& run, const StagedRowSink& sink) {
+  return billing::VerDocumentos(run.context, run.period, sink, billing::Caller::Wizard);
+}
+
+template <const accounting::ThirdPartyKind& (*kind)()>
+const periods::StagedTable& ThirdPartyTable() {
+  return *kind().table;
+}
+
 constexpr std::array kSteps{
-    Step{"C_Contas", "- Plano Oficial de Contas", "CI", "TabGeneralLedger", LoadAccounts, SaveAccounts},
-    Step{"C_Clientes", "- Clientes da Contabilidade", "C", "TabCustomerPOC",
+    Step{"C_Contas", "- Plano Oficial de Contas", "CI", accounting::ContasTable, LoadAccounts, SaveAccounts},
+    Step{"C_Clientes", "- Clientes da Contabilidade", "C", ThirdPartyTable<accounting::Clientes>,
          LoadThirdParties<accounting::Clientes>, SaveThirdParties<accounting::Clientes>},
-    Step{"C_Fornecedores", "- Fornecedores da Contabilidade", "CI", "TabSupplierPOC",
+    Step{"C_Fornecedores", "- Fornecedores da Contabilidade", "CI", ThirdPartyTable<accounting::Fornecedores>,
          LoadThirdParties<accounting::Fornecedores>, SaveThirdParties<accounting::Fornecedores>},
-    Step{"C_Impostos", "- Tabela de Impostos da Contabilidade", "C", "TabTaxTablePOC", LoadTaxes, SaveTaxes},
-    Step{"C_Movimentos", "- Movimentos Contabilísticos", "CI", "TabGeneralLedgerEntriesPOC", nullptr,
-         StageLedger},
-    Step{"G_Clientes", "- Clientes da Gestão", "FI", "TabCustomerGEST", LoadBillingCustomers,
+    Step{"C_Impostos", "- Tabela de Impostos da Contabilidade", "C", accounting::ImpostosTable, LoadTaxes,
+         SaveTaxes},
+    Step{"C_Movimentos", "- Movimentos Contabilísticos", "CI", accounting::MovimentosTable, nullptr,
+         StageLedger, ReviewLedger},
+    Step{"G_Clientes", "- Clientes da Gestão", "FI", billing::ClientesTable, LoadBillingCustomers,
          SaveBillingCustomers},
-    Step{"G_Produtos", "- Produtos da Gestão", "FI", "TabProductGEST", LoadProducts, SaveProducts},
-    Step{"G_Impostos", "- Tabela de Impostos da Gestão", "FI", "TabTaxTableGEST", LoadBillingTaxes,
+    Step{"G_Produtos", "- Produtos da Gestão", "FI", billing::ProdutosTable, LoadProducts, SaveProducts},
+    Step{"G_Impostos", "- Tabela de Impostos da Gestão", "FI", billing::ImpostosTable, LoadBillingTaxes,
          SaveBillingTaxes},
-    Step{"G_Movimentos", "- Documentos Comerciais da Gestão", "FI", "TabSourceDocumentsGEST", nullptr,
-         StageDocuments},
+    Step{"G_Movimentos", "- Documentos Comerciais da Gestão", "FI", billing::DocumentosTable, nullptr,
+         StageDocuments, ReviewDocuments},
 };
 
 }  // namespace
 
 std::span<const Step> AllSteps() {
   return kSteps;
+}
+
+const Step* FindStep(std::string_view key) {
+  const auto found =
+      std::find_if(kSteps.begin(), kSteps.end(), [&](const Step& step) { return step.key == key; });
+  return found == kSteps.end() ? nullptr : &*found;
 }
 
 }  // namespace korvel::automation

@@ -128,13 +128,16 @@ void HandOver(const session::Context& context, data::Connection& company, const 
   }
 }
 
-bool Show(const session::Context& context, const BillingPeriod& period, const DocumentRowSink& sink) {
+bool Show(const session::Context& context, const BillingPeriod& period, const DocumentRowSink& sink,
+          Caller caller) {
   session::ConnectionPtr company;
   if (!session::AbreConnectionLOCAL_bln(context, company)) return false;
   const std::string where = " Where " + period.key.Condition();
   const std::int64_t count = session::ContaRegistos_lng(*company, kDocumentsTable, where);
-  if (!periods::Confirmed(context, fmt::format("Confirma a visualização de {} Registos?", count)))
-    return false;
+  const bool wanted =
+      caller == Caller::Wizard ||
+      periods::Confirmed(context, fmt::format("Confirma a visualização de {} Registos?", count));
+  if (!wanted) return false;
   HandOver(context, *company, where, count, sink);
   return true;
 }
@@ -176,10 +179,10 @@ const periods::StagedTable& DocumentosTable() {
   return kTable;
 }
 
-bool VerDocumentos(const session::Context& context, const BillingPeriod& period,
-                   const DocumentRowSink& sink) {
+bool VerDocumentos(const session::Context& context, const BillingPeriod& period, const DocumentRowSink& sink,
+                   Caller caller) {
   if (!periods::IsChosen(period.key)) return false;
-  return session::Reported(context, false, [&] { return Show(context, period, sink); });
+  return session::Reported(context, false, [&] { return Show(context, period, sink, caller); });
 }
 
 bool GravarDocumentos(const session::Context& context, const BillingPeriod& period,

@@ -30,9 +30,10 @@ const periods::StagedTable& DocumentosTable();
 using DocumentRowSink = std::function<void(const periods::GridRow&)>;
 
 /// `cmdVerRegistos`: asks with the count, then hands over the staged rows of the period, all customers', in their
-/// order, one at a time: there may be a million of them. False when the user declines or cancels or the company
-/// database fails.
-bool VerDocumentos(const session::Context& context, const BillingPeriod& period, const DocumentRowSink& sink);
+/// order, one at a time: there may be a million of them. The wizard asks nothing. False when the user declines or
+/// cancels or the company database fails.
+bool VerDocumentos(const session::Context& context, const BillingPeriod& period, const DocumentRowSink& sink,
+                   Caller caller = Caller::Form);
 
 /// `cmdGravar`: replaces the period's staged rows by these, in one transaction and without any test. False when there
 /// are none or the company database fails; nothing has changed then. This older path knows no `TaxCountryRegion`,

@@ -1,0 +1,78 @@
+#include "forms/auditfile/folder_box.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QTimer>
+#include <exception>
+
+#include "gateways/text.h"
+#include "session/failures.h"
+#include "toolkit/text.h"
+
+namespace korvel::desktop {
+
+namespace {
+
+constexpr std::string_view kFolderKey = "LocalizaExporta";
+
+QString AskPlatform(QWidget* parent, const QString& start) {
+  return QFileDialog::getExistingDirectory(parent, "Pasta para Exportação", start);
+}
+
+}  // namespace
+
+FolderBox::FolderBox(Desk& desk, std::string_view form, QWidget* parent)
+    : QLineEdit(parent), choose(AskPlatform), desk_(desk), form_(form) {
+  setObjectName("txtPastaExportacao");
+  setMinimumWidth(fontMetrics().averageCharWidth() * 40);
+}
+
+void FolderBox::LoadFolder() {
+  const auto kept = desk_.Settings().Read(form_, kFolderKey);
+  setText(kept ? ToQt(*kept) : QDir::toNativeSeparators(QDir::homePath()));
+  CloseWithSeparator();
+}
+
+std::string FolderBox::Folder() const {
+  return FromQt(text());
+}
+
+void FolderBox::Browse() {
+  const QString folder = choose(window(), text());
+  if (folder.isEmpty()) return;
+  setText(QDir::toNativeSeparators(folder));
+  CloseWithSeparator();
+  setFocus();
+}
+
+void FolderBox::focusInEvent(QFocusEvent* event) {
+  QLineEdit::focusInEvent(event);
+  // A click would place the cursor, and so end the selection, right after this event.
+  QTimer::singleShot(0, this, &QLineEdit::selectAll);
+}
+
+void FolderBox::focusOutEvent(QFocusEvent* event) {
+  CloseWithSeparator();
+  QLineEdit::focusOutEvent(event);
+}
+
+void FolderBox::hideEvent(QHideEvent* event) {
+  if (!event->spontaneous()) KeepFolder();
+  QLineEdit::hideEvent(event);
+}
+
+void FolderBox::CloseWithSeparator() {
+  const bool closed = text().endsWith('/') || text().endsWith(QDir::separator());
+  if (!closed && !toolkit::IsBlank(Folder())) setText(text() + QDir::separator());
+}
+
+void FolderBox::KeepFolder() {
+  CloseWithSeparator();
+  try {
+    desk_.Settings().Write(form_, kFolderKey, Folder());
+  } catch (const std::exception& failure) {
+    session::ShowFailure(desk_.Context(), failure);
+  }
+}
+
+}  // namespace korvel::desktop
