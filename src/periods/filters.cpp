@@ -125,6 +125,13 @@ std::optional<LunderFilterForm> LoadLunderFilter(const Context& context) {
                           ReadJournals(*lunder, stored.Header_ApenasDiarioSI)};
 }
 
+bool CheckJournals(toolkit::Dialogs& dialogs, const LunderFilterForm& form) {
+  if (form.AnyTicked()) return true;
+  dialogs.Message(toolkit::Icon::Warning, "Não seleccionou qualquer Diário!");
+  dialogs.Focus("lvwDiarios");
+  return false;
+}
+
 LunderFilter MakeLunderFilter(const LunderFilterForm& form) {
   LunderFilter filter;
   filter.contas = AccountBound(">=", form.contaInicial) + AccountBound("<=", form.contaFinal);
@@ -139,10 +146,7 @@ LunderFilter FiltrosLunder(const Context& context, const std::optional<LunderCho
   if (!form) return {};
   if (choice) {
     Apply(*choice, *form);
-    if (!form->AnyTicked()) {
-      context.dialogs.Message(toolkit::Icon::Warning, "Não seleccionou qualquer Diário!");
-      return {};
-    }
+    if (!CheckJournals(context.dialogs, *form)) return {};
   }
   return MakeLunderFilter(*form);
 }

@@ -34,6 +34,9 @@ struct LunderFilterForm {
 /// product is not told.
 std::optional<LunderFilterForm> LoadLunderFilter(const session::Context& context);
 
+/// "Não seleccionou qualquer Diário!" and the cursor in the grid when no journal is ticked; false then.
+bool CheckJournals(toolkit::Dialogs& dialogs, const LunderFilterForm& form);
+
 /// The clauses that a filter gives its caller.
 struct LunderFilter {
   std::string contas;  // " and ContaSp>='..' and ContaSp<='..'", without bounds ""

@@ -28,8 +28,10 @@ bool Check(toolkit::Dialogs& dialogs, const Parameters& parameters, std::span<co
   const bool classified = std::none_of(warehouses.begin(), warehouses.end(), [](const Warehouse& warehouse) {
     return toolkit::IsBlank(warehouse.classificacao);
   });
-  if (!classified) dialogs.Message(Icon::Warning, "Não definiu os IVAS na grelha de Armazéns!");
-  return classified;
+  if (classified) return true;
+  dialogs.Message(Icon::Warning, "Não definiu os IVAS na grelha de Armazéns!");
+  dialogs.Focus("lvwArmazens");
+  return false;
 }
 
 /// Informs alone: both choices are kept, by design.
