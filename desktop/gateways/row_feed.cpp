@@ -63,7 +63,8 @@ std::vector<periods::GridRow> RowFeed::Take(std::size_t most) {
 }
 
 bool RowFeed::AtEnd() const {
-  const std::lock_guard lock(guard_);
+  std::unique_lock lock(guard_);
+  changed_.wait(lock, [this] { return ended_ || !ahead_.empty(); });
   return ended_ && ahead_.empty();
 }
 

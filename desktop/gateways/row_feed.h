@@ -31,7 +31,7 @@ class RowFeed {
   /// The next rows, `most` at the most, in their order; fewer only at the end. Waits for them; throws what the reader
   /// threw.
   std::vector<periods::GridRow> Take(std::size_t most);
-  /// Whether all rows were taken.
+  /// Whether all rows were taken; waits until that is known.
   bool AtEnd() const;
 
  private:
@@ -39,7 +39,7 @@ class RowFeed {
   void Put(const periods::GridRow& row);
 
   mutable std::mutex guard_;
-  std::condition_variable changed_;
+  mutable std::condition_variable changed_;
   std::deque<periods::GridRow> ahead_;
   std::size_t wanted_ = 0;
   bool ended_ = false;

@@ -3,6 +3,7 @@
 #include <QAbstractTableModel>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -27,22 +28,30 @@ class GridModel : public QAbstractTableModel {
   /// The rows read until now, in the order shown.
   const periods::Grid& Rows() const { return rows_; }
   void SetRows(periods::Grid rows);
-  /// The first rows are there when this returns; throws what the reader threw.
-  void SetFeed(std::unique_ptr<RowFeed> feed);
-  /// Reads what is left of a feed.
-  void ReadAll();
+  /// Replaces the rows by the first ones of the feed. False when it brings none, or fails, which is shown: nothing has
+  /// changed then.
+  bool SetFeed(std::unique_ptr<RowFeed> feed);
+  /// Reads what is left of a feed, with the box that waits. False when that is cancelled, and when the feed fails or has
+  /// failed before, which is shown: the rows are not whole then.
+  bool ReadAll();
   /// Whether a feed has more rows.
-  bool HasMore() const;
+  bool HasMore() const { return feed_ != nullptr; }
 
   const std::string& Cell(std::size_t row, std::size_t column) const;
+  bool IsTicked(std::size_t row) const { return rows_[row].ticked; }
   /// Changes rows in place, then shows them: for corrections by hand.
   void Edit(const std::function<void(periods::Grid&)>& change);
   void RemoveRow(std::size_t row);
   void Tick(std::size_t row, bool ticked);
+  /// Of all rows, those that wait in a feed too.
   void InvertTicks();
-  std::size_t TickedCount() const;
+  /// Of the rows read until now.
+  std::size_t TickedCount() const { return tickedCount_; }
   /// The exact sum of a number column over the rows read until now; nothing for other columns and out of range.
   std::optional<data::Currency> SumOf(std::size_t column) const;
+
+  /// The first column that is not hidden, where the ticks stand.
+  std::size_t FirstVisible() const;
 
   /// Sorts on a column, the other way round when it is sorted on it already; a feed is read to its end first.
   void SortOn(std::size_t column);
@@ -62,7 +71,21 @@ class GridModel : public QAbstractTableModel {
   void fetchMore(const QModelIndex& parent) override;
 
  private:
-  void Append(std::vector<periods::GridRow> rows);
+  using Sums = std::map<std::size_t, std::optional<data::Currency>>;
+  /// What one reading brings.
+  struct Piece {
+    periods::Grid rows;
+    Sums sums;
+    enum class Then { Broken, More, AtEnd } then = Then::Broken;
+  };
+
+  Piece Fetch(RowFeed& feed, std::size_t most);
+  static void Read(RowFeed& feed, std::size_t most, toolkit::Progress& progress, Piece& piece);
+  void AddTo(Sums& sums, std::span<const periods::GridRow> rows) const;
+  void Append(Piece piece);
+  void Replace(periods::Grid rows);
+  void Reorder(const std::vector<std::size_t>& order);
+  void CountAnew();
   void Changed();
 
   Desk& desk_;
@@ -70,6 +93,10 @@ class GridModel : public QAbstractTableModel {
   bool withTicks_;
   periods::Grid rows_;
   std::unique_ptr<RowFeed> feed_;
+  bool broken_ = false;    // the feed has failed: rows are missing
+  bool inverted_ = false;  // ticks were inverted an odd number of times while rows waited in the feed
+  std::size_t tickedCount_ = 0;
+  mutable Sums sums_;  // of the columns asked for until now; nothing out of range
   std::optional<std::size_t> sortColumn_;
   bool descending_ = false;
 };

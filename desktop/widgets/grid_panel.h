@@ -4,6 +4,8 @@
 #include <QWidget>
 #include <functional>
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,31 +21,37 @@ class GridPanel : public QWidget {
   /// `name` is that of the grid ("lvwClientes"), which the view bears; `form` that of its form.
   GridPanel(Desk& desk, std::string_view form, std::string_view name,
             std::vector<toolkit::GridColumn> columns, bool withTicks, QWidget* parent = nullptr);
-  ~GridPanel() override;
 
   GridModel& Model() { return model_; }
   GridView& View() { return *view_; }
 
-  /// The row with the cursor.
-  std::optional<std::size_t> CurrentRow() const;
-  /// All selected rows, from the top.
-  std::vector<std::size_t> SelectedRows() const;
-  void SelectRow(std::size_t row);
+  std::optional<std::size_t> CurrentRow() const { return view_->CurrentRow(); }
+  std::vector<std::size_t> SelectedRows() const { return view_->SelectedRows(); }
+  void SelectRow(std::size_t row) { view_->SelectRow(row); }
 
   /// A double click on a row, or Enter.
   std::function<void()> onActivate;
 
+ protected:
+  void hideEvent(QHideEvent* event) override;
+
  private:
+  void Listen();
   void RefreshFoot();
+  std::vector<std::size_t> SummedColumns() const;
+  void RestoreWidths();
+  void KeepWidths();
 
   Desk& desk_;
   std::string form_;
+  std::string name_;
   GridModel model_;
   GridView* view_;
   QLabel* lblRodape_;
+  bool widthsChanged_ = false;
 };
 
-/// The columns of a staged table as its review grid shows them; a code list such as `Nº Registo` of width 0 is hidden.
+/// The columns of a staged table as its review grid shows them.
 std::vector<toolkit::GridColumn> GridColumnsOf(std::span<const periods::Column> columns);
 
 }  // namespace korvel::desktop

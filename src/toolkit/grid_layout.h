@@ -1,31 +1,35 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// Grids as their layout texts describe them.
+/// The columns of a grid and the one-text language that defines them.
 namespace korvel::toolkit {
 
-enum class GridAlignment { Left, Right, Centre };
+enum class Alignment { Left, Right, Centre };
 
-/// What a column's sort and sum go by.
-enum class GridSort { Text, Date, Number };
+/// By what a column sorts: its text, the date in it, or the amount in it.
+enum class ColumnKind { Text, Date, Amount };
 
+/// One column of a grid.
 struct GridColumn {
   std::string heading;
-  int width = 0;  // in twips, fifteen a pixel at 96 dots an inch; 0: hidden, its cells are kept all the same
-  GridAlignment alignment = GridAlignment::Left;
-  GridSort sort = GridSort::Text;
-  std::string key;  // the fourth field, "_" and the heading
+  int width = 0;  // in twips; 0: hidden, the column still holds its values
+  Alignment alignment = Alignment::Left;
+  ColumnKind kind = ColumnKind::Text;
+  bool summed = false;  // the foot of the grid always shows its sum
 
-  bool IsHidden() const { return width == 0; }
+  friend bool operator==(const GridColumn&, const GridColumn&) = default;
 };
 
-/// Reads a layout text: a column is a heading, a width, an alignment ("E" or blank left, "D" right, "C" centre) and a
-/// sort kind ("Data", "Valor"; anything else is free text), apart by ",", and is closed by "/". A missing last "/" is
-/// added. Case of the letters does not matter. Throws std::invalid_argument for more than eleven columns of the sort
-/// kinds "Data" and "Valor", which is the grids' limit.
-std::vector<GridColumn> ParseGridLayout(std::string_view definicao);
+/// The most columns of a grid that sort by something else than their text.
+inline constexpr std::size_t kMostCompanions = 11;
+
+/// Reads "<heading>,<width>[,<alignment>[,<sort kind>]]/...": the last "/" may be missing. Alignments are "E" or blank
+/// (left), "D" (right) and "C" (centre), sort kinds "Data" and "Valor", in any case; any other sort kind means text.
+/// Throws std::length_error for more than kMostCompanions columns of the kinds "Data" and "Valor".
+std::vector<GridColumn> ParseGridLayout(std::string_view layout);
 
 }  // namespace korvel::toolkit
