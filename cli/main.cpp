@@ -4,7 +4,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <optional>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "cli/program.h"
+#include "toolkit/machine.h"
 #include "toolkit/settings_file.h"
 #include "toolkit/system_clock.h"
 
@@ -27,15 +27,6 @@ void WatchInterruptions() {
   action.sa_flags = static_cast<int>(SA_RESETHAND);
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
-}
-
-std::optional<std::string> FindVariable(const std::string& name) {
-  const char* value = std::getenv(name.c_str());
-  return value == nullptr ? std::nullopt : std::optional<std::string>(value);
-}
-
-std::string Variable(const std::string& name) {
-  return FindVariable(name).value_or(std::string());
 }
 
 /// Turns the terminal's echo off for the length of a scope.
@@ -67,17 +58,6 @@ std::optional<std::string> AskSecret(const std::string& caption) {
   return read ? std::optional(line) : std::nullopt;
 }
 
-/// KORVEL_DADOS, or the user's data folder.
-std::filesystem::path ServersFolder() {
-  if (const std::string folder = Variable("KORVEL_DADOS"); !folder.empty()) return folder;
-  if (const std::string folder = Variable("XDG_DATA_HOME"); !folder.empty()) {
-    return std::filesystem::path(folder) / "korvel";
-  }
-  const std::string home = Variable("HOME");
-  if (home.empty()) throw std::runtime_error("Defina KORVEL_DADOS, a pasta dos servidores embebidos.");
-  return std::filesystem::path(home) / ".local" / "share" / "korvel";
-}
-
 int Run(const std::vector<std::string>& arguments) {
   const korvel::toolkit::SystemClock clock;
   korvel::toolkit::SettingsFile settings(korvel::toolkit::DefaultSettingsPath());
@@ -85,12 +65,12 @@ int Run(const std::vector<std::string>& arguments) {
   korvel::cli::CommandEnvironment environment{.out = std::cout,
                                               .err = std::cerr,
                                               .errIsTerminal = isatty(STDERR_FILENO) == 1,
-                                              .serversFolder = ServersFolder(),
-                                              .programFile = std::filesystem::canonical("/proc/self/exe"),
+                                              .serversFolder = korvel::toolkit::ServersFolder(),
+                                              .programFile = korvel::toolkit::ProgramFile(),
                                               .settings = settings,
                                               .clock = clock,
                                               .interrupted = [] { return interruptions != 0; },
-                                              .variable = FindVariable,
+                                              .variable = korvel::toolkit::FindVariable,
                                               .askSecret = {}};
   if (hasTerminal) environment.askSecret = AskSecret;
   const auto exit = korvel::cli::RunKorvelctl(arguments, environment);

@@ -1,1 +1,5 @@
-int main() { return 0; }
+#include "shell/program.h"
+
+int main(int argc, char** argv) {
+  return korvel::desktop::RunProgram(argc, argv);
+}

@@ -62,6 +62,13 @@ bool NeedsDatabaseUser(data::Connection& config, std::string_view login) {
   return row.Eof() || row.Integer("WindowsUser") == 0;
 }
 
+/// A code that is refused is corrected where it was typed.
+std::string TypedCode(const session::Context& context, std::string_view typed) {
+  std::string code = CheckedCode(context, typed);
+  if (code.empty()) context.dialogs.Focus("txtCodigo");
+  return code;
+}
+
 /// What follows a member that reports by the error outputs.
 bool Shown(const session::Context& context, bool done) {
   if (!done) session::ShowConnectionError(context);
@@ -158,7 +165,7 @@ std::optional<CompanyCard> LoadCompanyCard(data::Connection& config, std::string
 }
 
 bool CreateFromCard(const session::Context& context, const CompanyCard& card) {
-  const std::string code = CheckedCode(context, card.company.code);
+  const std::string code = TypedCode(context, card.company.code);
   if (code.empty() || !Confirmed(context, "Confirma a Criação?")) return false;
   if (!CreateCompany(context, card.company)) return false;
   return OnConfig(context,
@@ -166,7 +173,7 @@ bool CreateFromCard(const session::Context& context, const CompanyCard& card) {
 }
 
 bool ChangeFromCard(const session::Context& context, const CompanyCard& card) {
-  const std::string code = CheckedCode(context, card.company.code);
+  const std::string code = TypedCode(context, card.company.code);
   if (code.empty() || !Confirmed(context, "Confirma a Alteração?")) return false;
   return OnConfig(context, [&](data::Connection& config) {
     ChangeRow(context, config, card.company, code);

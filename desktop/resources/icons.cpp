@@ -1,0 +1,18 @@
+#include "resources/icons.h"
+
+#include "gateways/text.h"
+
+// Outside of any namespace, as the macro asks; a static library's resources do not come in by themselves.
+static void BringIn() {
+  Q_INIT_RESOURCE(korvel);
+}
+
+namespace korvel::desktop {
+
+QIcon Icon(std::string_view name) {
+  static const bool in = (BringIn(), true);
+  Q_UNUSED(in)
+  return QIcon(":/korvel/icons/" + ToQt(name) + ".svg");
+}
+
+}  // namespace korvel::desktop
