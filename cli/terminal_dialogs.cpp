@@ -7,6 +7,7 @@
 
 #include "auditfile/export_run.h"
 #include "periods/header_fields.h"
+#include "security/rights_catalogue.h"
 #include "toolkit/text.h"
 
 namespace korvel::cli {
@@ -20,7 +21,7 @@ std::string FieldName(std::string_view field) {
   for (const periods::HeaderField& known : periods::HeaderFields()) {
     const bool named =
         toolkit::SameIgnoringCase(field, known.column) || toolkit::SameIgnoringCase(field, known.control);
-    if (named) return fmt::format("{} ({})", known.column, known.label);
+    if (named) return fmt::format("{} ({})", known.column, security::WithoutAccessKey(known.label));
   }
   return std::string(field);
 }

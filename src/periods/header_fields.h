@@ -9,13 +9,16 @@ namespace korvel::periods {
 struct HeaderField {
   std::string_view column;
   std::string_view control;
-  std::string_view label;
+  std::string_view label;  // "&" stands before the access key
   std::string_view tip = {};
   bool fromTemplate = false;  // a new period takes it from the latest one
 };
 
 /// In the order of the form, the period key first.
 std::span<const HeaderField> HeaderFields();
+
+/// The most characters that a column of `TabHeader` holds; throws std::out_of_range for another name.
+int HeaderWidth(std::string_view column);
 
 /// What the form always shows and saves as `ProductID`, whatever the row holds.
 inline constexpr std::string_view kProductId = "Korvel/Morvane";

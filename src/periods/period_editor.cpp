@@ -122,12 +122,10 @@ bool Write(const Context& context, data::Connection& company, HeaderMode mode, P
 }
 
 void LogSave(const Context& context, HeaderMode mode, const PeriodHeader& header) {
-  const bool added = mode == HeaderMode::New;
+  const std::string_view action =
+      mode == HeaderMode::New ? security::action::kNew : security::action::kChange;
   const std::string text = LogText(header["FiscalYear"], header["CompanyName"]);
-  const std::string caption = fmt::format("{} - {}", security::FormCaption(kListForm),
-                                          added ? "Entrada de Registos :" : "Alteração de Registo :");
-  security::InsertLog(context, {security::module::kTables,
-                                added ? security::action::kNew : security::action::kChange, text, caption});
+  security::InsertLog(context, {security::module::kTables, action, text, EntryCaption(mode)});
 }
 
 PeriodListItem ReadItem(const session::SessionRecord& session, const data::Recordset& row) {
@@ -178,6 +176,13 @@ bool ConfirmDeletion(toolkit::Dialogs& dialogs, const PeriodListItem& item) {
 }
 
 }  // namespace
+
+std::string EntryCaption(HeaderMode mode) {
+  std::string_view entry = " - Consulta de Registo :";
+  if (mode == HeaderMode::New) entry = " - Entrada de Registos :";
+  if (mode == HeaderMode::Change) entry = " - Alteração de Registo :";
+  return std::string(security::FormCaption(kListForm)).append(entry);
+}
 
 std::string LogText(std::string_view fiscalYear, std::string_view companyName) {
   return fmt::format("{} - {}", fiscalYear, companyName);

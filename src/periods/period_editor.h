@@ -14,6 +14,9 @@ namespace korvel::periods {
 
 enum class HeaderMode : char { New = 'N', Change = 'A', View = 'V' };
 
+/// The caption of the entry form.
+std::string EntryCaption(HeaderMode mode);
+
 /// An entry form as it opens.
 struct OpenedHeader {
   PeriodHeader header;

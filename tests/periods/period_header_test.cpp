@@ -135,6 +135,13 @@ TEST(PeriodHeader, TaxNumberTakesDigitsAlone) {
   }
 }
 
+TEST(PeriodHeader, BoxesAreAsWideAsTheirColumns) {
+  for (const HeaderField& field : HeaderFields()) EXPECT_GT(HeaderWidth(field.column), 0) << field.column;
+  EXPECT_EQ(HeaderWidth("FiscalYear"), 4);
+  EXPECT_EQ(HeaderWidth("BusinessName"), 60);
+  EXPECT_EQ(HeaderWidth("HeaderComment"), 255);
+}
+
 TEST(PeriodHeader, UnknownColumnIsAMistake) {
   PeriodHeader header;
   EXPECT_THROW(header["Morada"], std::out_of_range);
