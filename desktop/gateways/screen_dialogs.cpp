@@ -1,6 +1,8 @@
 #include "gateways/screen_dialogs.h"
 
 #include <QApplication>
+#include <QLineEdit>
+#include <QTabWidget>
 #include <QThread>
 #include <array>
 
@@ -27,6 +29,15 @@ std::size_t Choose(QObject& screen, const MessageBox::Content& content) {
     MessageBox box(content, QApplication::activeWindow());
     return box.Choose();
   });
+}
+
+/// Turns to the tabs on which a widget lies.
+void Reveal(QWidget& widget) {
+  for (QWidget* page = &widget; page->parentWidget() != nullptr; page = page->parentWidget()) {
+    if (auto* tabs = qobject_cast<QTabWidget*>(page->parentWidget()->parentWidget())) {
+      if (tabs->indexOf(page) >= 0) tabs->setCurrentWidget(page);
+    }
+  }
 }
 
 bool IsBox(const QWidget* widget) {
@@ -83,17 +94,21 @@ std::optional<toolkit::Credentials> ScreenDialogs::AskLogin(std::string_view cap
 void ScreenDialogs::Focus(std::string_view field) {
   OnScreen(screen_, [&] {
     QWidget* start = lastFocused_ != nullptr ? lastFocused_.data() : QApplication::activeWindow();
-    if (QWidget* widget = FindField(start, ToQt(field))) widget->setFocus(Qt::OtherFocusReason);
+    if (QWidget* widget = FindField(start, ToQt(field))) {
+      Reveal(*widget);
+      widget->setFocus(Qt::OtherFocusReason);
+      if (auto* line = qobject_cast<QLineEdit*>(widget)) line->selectAll();
+    }
     return true;
   });
 }
 
 QWidget* FindField(QWidget* start, const QString& field) {
+  if (field.isEmpty()) return nullptr;
   for (QWidget* parent = start; parent != nullptr; parent = parent->parentWidget()) {
     for (QWidget* child : parent->findChildren<QWidget*>()) {
       const bool shows = child->property(kColumnProperty).toString().compare(field, Qt::CaseInsensitive) == 0;
-      if (child->objectName().compare(field, Qt::CaseInsensitive) == 0 || (shows && !field.isEmpty()))
-        return child;
+      if (shows || child->objectName().compare(field, Qt::CaseInsensitive) == 0) return child;
     }
   }
   return nullptr;

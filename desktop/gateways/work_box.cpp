@@ -32,6 +32,11 @@ WorkBox::WorkBox(WorkProgress& progress, QWidget* parent)
   pgBar_->setTextVisible(false);
   lblRegisto_->setTextFormat(Qt::PlainText);
   lblRegisto_->setWordWrap(true);
+  lblTitulo_->setObjectName("lblTitulo");
+  lblRegisto_->setObjectName("lblRegisto");
+  lblContagem_->setObjectName("lblContagem");
+  pgBar_->setObjectName("pgBar");
+  cmdCancelar_->setObjectName("cmdCancelar");
   auto* column = new QVBoxLayout(this);
   for (QWidget* widget : std::initializer_list<QWidget*>{lblTitulo_, pgBar_, lblContagem_, lblRegisto_}) {
     column->addWidget(widget);

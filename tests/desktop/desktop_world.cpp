@@ -47,11 +47,25 @@ void Press(QWidget& window, std::string_view button) {
   QApplication::processEvents();
 }
 
+namespace {
+
+/// Deletes what stands in a line, or in the line of a box with arrows.
+void Empty(QWidget& widget) {
+  auto* line = dynamic_cast<QLineEdit*>(&widget);
+  if (line == nullptr) line = widget.findChild<QLineEdit*>();
+  if (line == nullptr || line->isReadOnly()) return;
+  line->selectAll();
+  line->del();
+}
+
+}  // namespace
+
 void Type(QWidget& window, std::string_view field, std::string_view text) {
-  auto& widget = detail::FindWidget(window, field);
+  auto& named = detail::FindWidget(window, field);
+  QWidget& widget = named.focusProxy() != nullptr ? *named.focusProxy() : named;
   QApplication::setActiveWindow(widget.window());
   widget.setFocus();
-  if (auto* box = dynamic_cast<QLineEdit*>(&widget)) box->selectAll();
+  Empty(widget);
   for (const QChar letter : ToQt(text)) {
     QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
     QApplication::sendEvent(&widget, &press);

@@ -94,7 +94,8 @@ TYPED_TEST_SUITE(BlockCiphers, Both);
 
 TYPED_TEST(BlockCiphers, GiveBackWhatTheyWereGiven) {
   std::mt19937_64 random(1);
-  for (const std::size_t size : {0, 1, 3, 4, 5, 7, 8, 9, 15, 16, 17, 19, 20, 21, 4095, 4096, 4097, 100'000}) {
+  for (const std::size_t size :
+       {0U, 1U, 3U, 4U, 5U, 7U, 8U, 9U, 15U, 16U, 17U, 19U, 20U, 21U, 4095U, 4096U, 4097U, 100'000U}) {
     const std::string data = Noise(random, size);
     std::string changed = this->Enciphered(data);
     EXPECT_EQ(changed.size(), (12 + size + this->kBlock - 1) / this->kBlock * this->kBlock) << size;
@@ -153,7 +154,7 @@ TYPED_TEST(BlockCiphers, KeepTheirKeyUntilAnotherIsTaken) {
 TYPED_TEST(BlockCiphers, TellEachPercentageOnce) {
   std::vector<int> told;
   this->cipher.Progress = [&](int percent) { told.push_back(percent); };
-  for (const std::size_t size : {0, 1000, 1'000'000}) {
+  for (const std::size_t size : {0U, 1000U, 1'000'000U}) {
     for (const bool enciphers : {true, false}) {
       std::string data(size, 'x');
       if (!enciphers) data = this->Enciphered(data);
