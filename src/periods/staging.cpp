@@ -6,6 +6,7 @@
 #include <array>
 #include <iterator>
 
+#include "periods/incomplete_rows.h"
 #include "periods/staged_tables.h"
 #include "session/lookups.h"
 #include "toolkit/dates.h"
@@ -180,18 +181,25 @@ Grid LoadStaged(const Context& context, data::Connection& company, const StagedT
   return grid;
 }
 
+std::optional<std::size_t> FirstIncomplete(const StagedTable& table, const Grid& rows) {
+  const auto bad =
+      std::ranges::find_if(rows, [&](const GridRow& row) { return !EmptyLabel(table, row).empty(); });
+  if (bad == rows.end()) return std::nullopt;
+  return static_cast<std::size_t>(bad - rows.begin());
+}
+
 bool SaveStaged(const Context& context, data::Connection& company, const StagedTable& table,
                 const PeriodKey& period, const Grid& rows, std::string_view progressCaption,
                 std::string_view cliente) {
   data::Transaction transaction(company);
   company.Execute(DeleteStatement({table.table, table.byCustomer}, period, cliente));
-  const auto bad =
-      std::ranges::find_if(rows, [&](const GridRow& row) { return !EmptyLabel(table, row).empty(); });
-  if (bad == rows.end() || table.atEmptyField == AtEmptyField::WriteRowsBefore)
-    InsertTicked({context, company, table, period, cliente}, {rows.begin(), bad}, progressCaption);
+  const auto bad = FirstIncomplete(table, rows);
+  if (!bad || table.atEmptyField == AtEmptyField::WriteRowsBefore)
+    InsertTicked({context, company, table, period, cliente}, std::span(rows).first(bad.value_or(rows.size())),
+                 progressCaption);
   transaction.Commit();
-  if (bad != rows.end()) ShowEmptyField(context, EmptyLabel(table, *bad));
-  return bad == rows.end();
+  if (bad) ShowEmptyField(context, EmptyLabel(table, rows[*bad]));
+  return !bad;
 }
 
 void ShowEmptyField(const Context& context, std::string_view label, std::string_view detail) {

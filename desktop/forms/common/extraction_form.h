@@ -4,10 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "forms/common/form.h"
-#include "forms/common/period_choice.h"
-#include "periods/staging.h"
-#include "widgets/grid_panel.h"
+#include "forms/common/period_grid_form.h"
 
 namespace korvel::desktop {
 
@@ -29,23 +26,18 @@ struct ExtractionKind {
 };
 
 /// An extraction form: choosing a period shows what is staged, `cmdCalcular` reads the source into the grid, `cmdGravar`
-/// replaces the staged rows by the ticked ones.
-class ExtractionForm : public Form {
+/// replaces the staged rows by the ticked ones. A row that the save refuses gets the cursor.
+class ExtractionForm : public PeriodGridForm {
  public:
   ExtractionForm(Desk& desk, ExtractionKind kind, QWidget* parent = nullptr);
-
-  bool Load() override;
 
  private:
   void ChoosePeriod();
   void Calculate();
   void Save();
   void Correct();
-  void Show(std::optional<std::optional<periods::Grid>> rows);
 
   ExtractionKind kind_;
-  PeriodChoice* eselFiscalYear_;
-  GridPanel* grid_;
 };
 
 }  // namespace korvel::desktop

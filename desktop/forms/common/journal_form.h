@@ -1,13 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string_view>
 
-#include "forms/common/form.h"
-#include "forms/common/period_choice.h"
+#include "forms/common/period_grid_form.h"
 #include "gateways/row_feed.h"
-#include "periods/staging.h"
-#include "widgets/grid_panel.h"
 
 namespace korvel::desktop {
 
@@ -24,21 +22,18 @@ struct JournalKind {
 };
 
 /// `cmdCalcular` reads the source and stages it, `cmdVerRegistos` shows what is staged, a screen at a time, `cmdGravar`
-/// replaces it by the ticked rows, `cmdLimpaLVW` empties the grid.
-class JournalForm : public Form {
+/// replaces it by the rows of the grid, `cmdLimpaLVW` empties the grid.
+class JournalForm : public PeriodGridForm {
  public:
   JournalForm(Desk& desk, JournalKind kind, QWidget* parent = nullptr);
-
-  bool Load() override;
 
  private:
   void Process();
   void Review();
   void Save();
+  void ShowCount(std::int64_t count);
 
   JournalKind kind_;
-  PeriodChoice* eselFiscalYear_;
-  GridPanel* grid_;
 };
 
 }  // namespace korvel::desktop
