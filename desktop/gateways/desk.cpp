@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <exception>
 #include <thread>
+#include <utility>
 
 #include "gateways/work_box.h"
 #include "session/connections.h"
@@ -79,6 +80,14 @@ bool Desk::Shown(const std::function<void()>& call) {
     session::ShowFailure(Context(), failure);
   }
   return false;
+}
+
+void Desk::Remember(std::string_view section, std::string_view key, std::string_view value) {
+  try {
+    ports_.settings.Write(section, key, value);
+  } catch (const std::exception& failure) {
+    if (!std::exchange(toldStore_, true)) session::ShowFailure(Context(), failure);
+  }
 }
 
 }  // namespace korvel::desktop

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -67,6 +68,12 @@ class Desk {
     }
   }
 
+  /// Calls `call` where it stands. What it throws is shown, and false comes back then.
+  bool Shown(const std::function<void()>& call);
+
+  /// Keeps what a window remembers, such as its size. A store that cannot be written is told once, not at every window.
+  void Remember(std::string_view section, std::string_view key, std::string_view value);
+
   /// While work goes on.
   bool IsBusy() const { return running_ > 0; }
 
@@ -75,13 +82,13 @@ class Desk {
 
  private:
   void RunBeside(const std::function<void()>& work);
-  bool Shown(const std::function<void()>& call);
 
   data::ServerSettings servers_;
   Ports ports_;
   session::SessionRecord session_;
   WorkProgress progress_;
   int running_ = 0;
+  bool toldStore_ = false;
 };
 
 }  // namespace korvel::desktop

@@ -122,7 +122,7 @@ void GridPanel::KeepWidths() {
   for (int i = 0; i < model_.columnCount(); ++i) {
     widths += (i > 0 ? " " : "") + std::to_string(view_->columnWidth(i));
   }
-  desk_.Settings().Write(form_, name_ + std::string(kWidthsKey), widths);
+  desk_.Remember(form_, name_ + std::string(kWidthsKey), widths);
 }
 
 void GridPanel::hideEvent(QHideEvent* event) {

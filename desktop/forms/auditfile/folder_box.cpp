@@ -3,10 +3,8 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QTimer>
-#include <exception>
 
 #include "gateways/text.h"
-#include "session/failures.h"
 #include "toolkit/text.h"
 
 namespace korvel::desktop {
@@ -68,11 +66,7 @@ void FolderBox::CloseWithSeparator() {
 
 void FolderBox::KeepFolder() {
   CloseWithSeparator();
-  try {
-    desk_.Settings().Write(form_, kFolderKey, Folder());
-  } catch (const std::exception& failure) {
-    session::ShowFailure(desk_.Context(), failure);
-  }
+  desk_.Remember(form_, kFolderKey, Folder());
 }
 
 }  // namespace korvel::desktop

@@ -1,11 +1,10 @@
 #include "forms/common/form.h"
 
 #include <QAbstractButton>
-#include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMdiSubWindow>
-#include <QPlainTextEdit>
+#include <QScreen>
 #include <charconv>
 
 #include "gateways/text.h"
@@ -74,7 +73,7 @@ QPushButton* Form::PlainButton(std::string_view name, std::string_view caption, 
   button->setAutoDefault(false);
   connect(button, &QPushButton::clicked, this, [this, action = std::move(action)] {
     // A second click of a double one meets the first one's work.
-    if (!desk_.IsBusy()) action();
+    if (!desk_.IsBusy()) desk_.Shown(action);
   });
   return button;
 }
@@ -125,7 +124,7 @@ void Form::showEvent(QShowEvent* event) {
   if (!event->spontaneous() && width > 0 && height > 0) {
     QWidget* frame =
         parentWidget() != nullptr && qobject_cast<QMdiSubWindow*>(parentWidget()) ? parentWidget() : this;
-    frame->resize(width, height);
+    frame->resize(QSize(width, height).boundedTo(screen()->availableSize()));
   }
   QDialog::showEvent(event);
 }
@@ -133,8 +132,8 @@ void Form::showEvent(QShowEvent* event) {
 void Form::KeepSize() {
   const QWidget* frame = qobject_cast<QMdiSubWindow*>(parentWidget()) ? parentWidget() : this;
   if (frame->isMaximized()) return;
-  desk_.Settings().Write(name_, kWidthKey, std::to_string(frame->width()));
-  desk_.Settings().Write(name_, kHeightKey, std::to_string(frame->height()));
+  desk_.Remember(name_, kWidthKey, std::to_string(frame->width()));
+  desk_.Remember(name_, kHeightKey, std::to_string(frame->height()));
 }
 
 }  // namespace korvel::desktop
