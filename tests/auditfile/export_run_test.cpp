@@ -66,6 +66,20 @@ TEST(ExportRun, OneFileNamedAfterThePeriod) {
   EXPECT_EQ(company.progress.open, 0);
 }
 
+TEST(ExportRun, AScreenIsToldTheSectionsAndShowsTheFilesItself) {
+  StagedCompany company;
+  StageQuarter(company);
+  ExportOptions options = company.Options();
+  options.chkPorMeses = true;
+  std::vector<std::string> reached;
+  const ExportScreen screen{[&](std::string_view box) { reached.emplace_back(box); }, true};
+  ASSERT_TRUE(ExportaSaft(company.Context(), options, kQuarter, "", true, screen).ok);
+  EXPECT_THAT(reached, ElementsAre("chkPOCGeneralLedger", "chkPOCCustomer", "chkPOCSupplier",
+                                   "chkPOCGeneralLedgerEntries", "chkPOCGeneralLedgerEntries"))
+      << "the master data once, the entries in the months that have some";
+  EXPECT_TRUE(company.dialogs.messages.empty());
+}
+
 TEST(ExportRun, TheNameOfABillingFileIsUtf8OnDisk) {
   StagedCompany company;
   company.AddHeader("F");
@@ -147,11 +161,14 @@ TEST(ExportRun, AFailureLeavesTheEarlierFileAndTellsItsCause) {
   company.clock.now.day = 16;
 
   company.progress.cancelAfter = company.progress.shown;
-  EXPECT_THAT(company.Export(company.Options()).error, testing::HasSubstr("cancelada"));
+  const ExportResult cancelled = company.Export(company.Options());
+  EXPECT_THAT(cancelled.error, testing::HasSubstr("cancelada"));
+  EXPECT_TRUE(cancelled.cancelled);
   company.progress.cancelAfter = INT64_MAX;
 
   company.AddLine("01", "A", "2", "1", {{"DebitAmount", "99999999999999999999"}});
-  EXPECT_FALSE(company.Export(company.Options()).ok) << "a number outside the range";
+  const ExportResult outside = company.Export(company.Options());
+  EXPECT_FALSE(outside.ok || outside.cancelled) << "a number outside the range";
 
   company.Run(company.session.gBaseDados, "drop table TabGeneralLedgerEntriesPOC");
   const ExportResult result = ExportaSaft(company.Context(), company.Options(), company.period);
@@ -302,6 +319,21 @@ TEST(ExportChoices, BoxesByBasisAndPeriod) {
   EXPECT_TRUE(integrated.chkPOCSupplier && integrated.chkGESTCustomer && !integrated.chkPOCCustomer);
   const ExportOptions accounting = OptionsFor(Basis::Accounting);
   EXPECT_TRUE(accounting.chkPOCTaxTable && !accounting.chkGESTSourceDocuments && accounting.chkHeader);
+}
+
+TEST(ExportChoices, APeriodThatIsThereIsOffered) {
+  StagedCompany company;
+  EXPECT_FALSE(OfferFor(company.Context(), company.period));
+  EXPECT_EQ(company.dialogs.LastText(), "Não definiu a Identificação da Empresa - Header");
+  company.AddHeader("F");
+  const auto offer = OfferFor(company.Context(), company.period);
+  ASSERT_TRUE(offer);
+  EXPECT_TRUE(offer->options.chkGESTProduct && !offer->options.chkPOCSupplier);
+  EXPECT_TRUE(offer->choices.chkFacturacaoAcum && !offer->choices.chkContabilAcum);
+  company.dialogs.Clear();
+  company.session.gBaseDados = "KorvelNone";
+  EXPECT_FALSE(OfferFor(company.Context(), company.period));
+  EXPECT_TRUE(company.dialogs.messages.empty()) << "without a connection it says nothing";
 }
 
 TEST(ExportChoices, CountsTheRowsOfThePeriodAlone) {

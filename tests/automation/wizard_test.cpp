@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "automation/demo_company.h"
+#include "automation/wizard_steps.h"
 #include "databases/config_upgrade.h"
 #include "databases/version.h"
 
@@ -244,6 +245,39 @@ TEST(Wizard, BalancesWithoutJournalsAreWarnedOf) {
   all.contas = periods::LunderChoice{"1", "8", {}, true};
   EXPECT_FALSE(company.Run(all).noJournalTicked);
   EXPECT_NE(company.Value(balances), "0");
+}
+
+TEST(Wizard, AStepByHandStagesThePeriodThatIsThere) {
+  DemoCompany company;
+  const WizardInput input = company.Year();
+  for (const std::string_view key : {"C_Contas", "C_Movimentos"}) {
+    const Step& step = *FindStep(key);
+    const auto rows = CarregarPasso(company.Context(), input, step);
+    ASSERT_TRUE(rows) << key;
+    EXPECT_TRUE(GravarPasso(company.Context(), input, step, *rows)) << key;
+    EXPECT_NE(company.Value("Select count(*) from " + std::string(step.staged().table)), "0") << key;
+  }
+  const auto staged = LerPasso(company.Context(), input, *FindStep("C_Contas"));
+  ASSERT_TRUE(staged);
+  EXPECT_EQ(std::to_string(staged->size()), company.Value("Select count(*) from TabGeneralLedger"));
+  std::size_t lines = 0;
+  EXPECT_TRUE(VerPasso(company.Context(), input, *FindStep("C_Movimentos"),
+                       [&](const periods::GridRow&) { ++lines; }));
+  EXPECT_EQ(std::to_string(lines), company.Value("Select count(*) from TabGeneralLedgerEntriesPOC"));
+  EXPECT_EQ(FindStep(kExportKey), nullptr);
+}
+
+TEST(Wizard, AStepByHandNeedsAPeriod) {
+  DemoCompany company;
+  const Step& step = *FindStep("C_Contas");
+  WizardInput input = company.Year();
+  input.edatStartDate = "2025-02-01";
+  EXPECT_FALSE(CarregarPasso(company.Context(), input, step));
+  EXPECT_EQ(company.dialogs.LastText(), kNoHeaderOfKind);
+  input.edatEndDate = "2024-12-31";
+  EXPECT_FALSE(GravarPasso(company.Context(), input, step, {}));
+  EXPECT_EQ(company.dialogs.LastText(), "As Datas não estão bem definidas!");
+  EXPECT_EQ(company.dialogs.LastFocus(), "edatEndDate");
 }
 
 }  // namespace

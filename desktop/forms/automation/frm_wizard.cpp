@@ -110,11 +110,10 @@ void frmWizard::Processar() {
   ticks_->Clear();
   const automation::WizardInput input = Input();
   const auditfile::ExportScreen screen{ticks_->Marker(), true};
-  const auto result =
-      desk_.Try([&, shows = chkMostraMoimentosLVW_->isChecked()](const session::Context& context) {
-        context.settings.Write(Name(), kShowMovementsKey, shows ? "1" : "0");
-        return automation::Assistente(context, input, Observer(context, KeyOf(input)), screen);
-      });
+  desk_.Remember(Name(), kShowMovementsKey, chkMostraMoimentosLVW_->isChecked() ? "1" : "0");
+  const auto result = desk_.Try([&](const session::Context& context) {
+    return automation::Assistente(context, input, Observer(context, KeyOf(input)), screen);
+  });
   if (!result || result->steps.empty()) return;
   SetCaptionDetail(edatStartDate_->Conteudo() + " a " + edatEndDate_->Conteudo());
   Tell(*result);

@@ -5,8 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "forms/accounting/frm_customer_ins.h"
-#include "forms/accounting/frm_tax_table_ins.h"
+#include "forms/accounting/corrections.h"
 #include "forms/automation/frm_envio_automatico.h"
 #include "forms/automation/frm_wizard.h"
 #include "forms/common/field_grid.h"
@@ -15,6 +14,7 @@
 #include "periods/header_fields.h"
 #include "security/rights_catalogue.h"
 #include "toolkit/grid_layout.h"
+#include "toolkit/list_rows.h"
 
 namespace korvel::desktop {
 
@@ -170,11 +170,12 @@ void frmWizard::Gravar(Page& page) {
 
 void frmWizard::Alterar(Page& page) {
   const auto row = page.grid->CurrentRow();
-  if (!row) return;
-  if (page.step->key == kTaxesKey) {
-    frmTaxTableIns(desk_, page.step->staged(), page.grid->Model(), *row, this).Abrir();
+  if (!row) {
+    desk_.Dialogs().Message(toolkit::Icon::Warning, toolkit::kNoSuchItem, toolkit::kAttention);
+  } else if (page.step->key == kTaxesKey) {
+    CorrectingTaxes(desk_, page.step->staged())(this, page.grid->Model(), *row);
   } else {
-    frmCustomerIns(desk_, page.step->staged(), page.grid->Model(), *row, this).Abrir();
+    CorrectingCustomers(desk_, page.step->staged())(this, page.grid->Model(), *row);
   }
 }
 
