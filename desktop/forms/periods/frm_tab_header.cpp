@@ -20,6 +20,7 @@ namespace {
 /// In twips, of the columns of HeaderListColumns().
 constexpr std::array<int, 9> kWidths{800, 1400, 1400, 4500, 1900, 1200, 1500, 1500, 2100};
 constexpr std::size_t kNumRegisto = 0;
+constexpr int kFormWidth = 1120, kFormHeight = 520;
 
 std::vector<toolkit::GridColumn> Columns() {
   std::vector<toolkit::GridColumn> columns(1);  // the key of the row, unseen
@@ -48,6 +49,7 @@ frmTabHeader::frmTabHeader(Desk& desk, QWidget* parent)
   column->addWidget(lvwTabela_, 1);
   column->addLayout(MakeButtons());
   lvwTabela_->onActivate = [this] { cmdAlterar_->click(); };
+  resize(kFormWidth, kFormHeight);
 }
 
 QLayout* frmTabHeader::MakeButtons() {
