@@ -6,7 +6,9 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QStyle>
+#include <algorithm>
 
 #include "gateways/text.h"
 
@@ -16,6 +18,7 @@ namespace {
 
 constexpr int kPicture = 40;
 constexpr int kTextWidth = 520;
+constexpr int kTextHeight = 420;  // a longer text is scrolled
 
 QPixmap Picture(const QStyle& style, toolkit::Icon icon) {
   switch (icon) {
@@ -31,6 +34,27 @@ QPixmap Picture(const QStyle& style, toolkit::Icon icon) {
   return style.standardIcon(QStyle::SP_MessageBoxQuestion).pixmap(kPicture);
 }
 
+QLabel* TextLabel(const QString& text) {
+  auto* label = new QLabel(text);
+  label->setObjectName("lblTexto");
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  label->setMinimumWidth(std::min(kTextWidth, label->fontMetrics().size(0, text).width() + 8));
+  return label;
+}
+
+/// The text itself, or what it is scrolled in, so that the buttons stay on the screen.
+QWidget* Readable(QLabel* text) {
+  if (text->heightForWidth(text->minimumWidth()) <= kTextHeight) return text;
+  auto* area = new QScrollArea;
+  area->setWidgetResizable(true);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setMinimumSize(text->minimumWidth() + 32, kTextHeight);
+  area->setWidget(text);
+  return area;
+}
+
 }  // namespace
 
 MessageBox::MessageBox(const Content& content, QWidget* parent) : QDialog(parent), text_(ToQt(content.text)) {
@@ -38,16 +62,10 @@ MessageBox::MessageBox(const Content& content, QWidget* parent) : QDialog(parent
   setWindowTitle(content.title.empty() ? QString("Korvel") : ToQt(content.title));
   auto* picture = new QLabel(this);
   picture->setPixmap(Picture(*style(), content.icon));
-  auto* text = new QLabel(text_, this);
-  text->setObjectName("lblTexto");
-  text->setTextFormat(Qt::PlainText);
-  text->setWordWrap(true);
-  text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  text->setMinimumWidth(std::min(kTextWidth, text->fontMetrics().size(0, text_).width() + 8));
   auto* row = new QHBoxLayout;
   row->setSpacing(16);
   row->addWidget(picture, 0, Qt::AlignTop);
-  row->addWidget(text, 1);
+  row->addWidget(Readable(TextLabel(text_)), 1);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
   AddButtons(content, buttons);

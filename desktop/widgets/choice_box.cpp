@@ -3,12 +3,18 @@
 #include <QWheelEvent>
 
 #include "gateways/text.h"
+#include "widgets/locked_look.h"
 
 namespace korvel::desktop {
 
 ChoiceBox::ChoiceBox(std::string_view name, QWidget* parent) : QComboBox(parent) {
   setObjectName(ToQt(name));
   setFocusPolicy(Qt::StrongFocus);
+}
+
+void ChoiceBox::SetLocked(bool locked) {
+  locked_ = locked;
+  ShowLocked(*this, locked);
 }
 
 void ChoiceBox::showPopup() {

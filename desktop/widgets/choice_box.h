@@ -9,7 +9,7 @@ namespace korvel::desktop {
 class ChoiceBox : public QComboBox {
  public:
   /// The choice can be read, not changed.
-  void SetLocked(bool locked) { locked_ = locked; }
+  void SetLocked(bool locked);
 
   void showPopup() override;
 

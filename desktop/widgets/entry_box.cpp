@@ -5,12 +5,18 @@
 #include <QKeyEvent>
 
 #include "gateways/text.h"
+#include "widgets/locked_look.h"
 
 namespace korvel::desktop {
 
 EntryBox::EntryBox(Desk& desk, std::string_view name, QWidget* parent) : QLineEdit(parent), desk_(desk) {
   setObjectName(ToQt(name));
   connect(this, &QLineEdit::inputRejected, this, [] { QApplication::beep(); });
+}
+
+void EntryBox::SetLocked(bool locked) {
+  setReadOnly(locked);
+  ShowLocked(*this, locked);
 }
 
 void EntryBox::Accept() {

@@ -14,7 +14,7 @@ namespace korvel::desktop {
 class EntryBox : public QLineEdit {
  public:
   /// The text can be read and copied, not changed.
-  void SetLocked(bool locked) { setReadOnly(locked); }
+  void SetLocked(bool locked);
 
   /// Told when the box is left with another value than before, not when the program writes one.
   std::function<void()> onChange;

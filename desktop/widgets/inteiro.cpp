@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "gateways/text.h"
+#include "widgets/locked_look.h"
 
 namespace korvel::desktop {
 
@@ -81,6 +82,7 @@ void Inteiro::SetValor(int value) {
 
 void Inteiro::SetLocked(bool locked) {
   spin_->setReadOnly(locked);
+  ShowLocked(*spin_, locked);
 }
 
 std::string Inteiro::TakeTyped() {

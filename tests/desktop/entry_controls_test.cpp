@@ -264,6 +264,11 @@ TEST_F(EntryControls, WhatIsLockedIsReadAndNotChanged) {
   option.showPopup();
   EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
   EXPECT_EQ(option.Chave(), "0");
+  const auto ground = [](const QWidget& field) { return field.palette().color(QPalette::Base); };
+  const QColor plain = option.palette().color(QPalette::Window);
+  EXPECT_EQ(ground(date), plain);
+  date.SetLocked(false);
+  EXPECT_NE(ground(date), plain);
   EXPECT_TRUE(date.isEnabled() && whole.isEnabled() && option.isEnabled());
 }
 

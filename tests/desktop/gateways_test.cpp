@@ -263,6 +263,24 @@ TEST(MessageBox, KeysChooseItsButtons) {
   EXPECT_EQ(box.windowTitle(), "Korvel");
 }
 
+TEST(MessageBox, ALongTextLeavesItsButtonsOnTheScreen) {
+  constexpr std::array<std::string_view, 1> kOk{"&OK"};
+  std::string text;
+  for (int line = 0; line < 300; ++line) text += "Linha " + std::to_string(line) + "\n";
+  for (const std::string_view shown : {std::string_view(text), std::string_view("Uma linha")}) {
+    MessageBox box({.name = "frmMensagem", .title = {}, .text = shown, .buttons = kOk, .buttonNames = {}},
+                   nullptr);
+    WhenAsked([](QWidget& window) {
+      auto& ok = *window.findChild<QPushButton*>();
+      EXPECT_LT(ok.mapTo(&window, ok.rect().bottomRight()).y(), 700);
+      EXPECT_LT(window.width(), 800);
+      ok.click();
+    });
+    box.Choose();
+    EXPECT_EQ(FromQt(Find<QLabel>(box, "lblTexto").text()), shown);
+  }
+}
+
 periods::GridRow Row(int number) {
   return {.ticked = true, .cells = {std::to_string(number)}, .colour = 0};
 }
