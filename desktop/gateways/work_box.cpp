@@ -42,6 +42,9 @@ WorkBox::WorkBox(WorkProgress& progress, QWidget* parent)
     column->addWidget(widget);
   }
   column->addWidget(cmdCancelar_, 0, Qt::AlignRight);
+  // Keys that were meant for the window behind do not cancel; Escape and the access key do.
+  cmdCancelar_->setAutoDefault(false);
+  cmdCancelar_->setFocusPolicy(Qt::NoFocus);
   connect(cmdCancelar_, &QPushButton::clicked, this, [this] { reject(); });
   connect(&timer_, &QTimer::timeout, this, [this] { Refresh(); });
   timer_.start(kRefreshMilliseconds);

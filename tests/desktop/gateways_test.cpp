@@ -109,7 +109,13 @@ TEST(Desk, CancelledWorkIsToldAndTheNextOneRuns) {
 
 TEST(Desk, EscapeCancelsTooAndWorkThatWasThroughKeepsItsResult) {
   DeskWorld world;
-  WhenWorking([](WorkBox& box) { PressKey(box, Qt::Key_Escape); });
+  WhenWorking([](WorkBox& box) {
+    for (const auto key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape}) {
+      QWidget* cursor = QApplication::focusWidget();
+      EXPECT_TRUE(Find(box, "cmdCancelar").isEnabled());
+      PressKey(cursor != nullptr ? *cursor : box, key);
+    }
+  });
   EXPECT_FALSE(world.desk.Try(StepOn));
   world.scripted.Clear();
   std::atomic<bool> cancelled = false;
