@@ -124,7 +124,6 @@ void SearchWindow::Listen() {
 }
 
 std::optional<periods::FoundRow> SearchWindow::Choose() {
-  lvwPesquisa_->Model().SortOn(request_.column);
   if (!Load()) return std::nullopt;
   txtKey_->setFocus();
   exec();
