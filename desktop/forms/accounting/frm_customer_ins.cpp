@@ -37,6 +37,7 @@ frmCustomerIns::frmCustomerIns(Desk& desk, const periods::StagedTable& table, Gr
   sections->setSpacing(kSpacing);
   column->addLayout(sections);
   for (const int section : {kIdentity, kAddress, kShipping}) sections->addWidget(MakeSection(section), 1);
+  JoinTwins();
   column->addStretch();
   cmdGravar_ = PlainButton("cmdGravar", "Gra&var", [this] { Gravar(); });
   auto* cmdFechar = PlainButton("cmdFechar", "&Fechar", [this] { reject(); });
@@ -67,9 +68,6 @@ void frmCustomerIns::AddEntry(QGridLayout& fields, const CorrectionField& field,
   fields.addWidget(label, row, 0, Qt::AlignRight | Qt::AlignVCenter);
   fields.addWidget(box, row, 1);
   entries_.push_back({&field, column, box, field.fills ? AddFill(fields, field) : nullptr});
-  if (!field.twin.empty()) {
-    connect(box, &QLineEdit::editingFinished, this, [this, &field] { CopyToTwin(field); });
-  }
 }
 
 QCheckBox* frmCustomerIns::AddFill(QGridLayout& fields, const CorrectionField& field) {
@@ -94,14 +92,15 @@ bool frmCustomerIns::Abrir() {
 }
 
 /// A blank shipping field takes what was typed as address.
-void frmCustomerIns::CopyToTwin(const CorrectionField& field) {
-  const auto box = [this](std::string_view column) {
-    const auto found =
-        std::ranges::find_if(entries_, [&](const Entry& entry) { return entry.field->column == column; });
-    return found == entries_.end() ? nullptr : found->box;
-  };
-  QLineEdit* twin = box(field.twin);
-  if (twin != nullptr && twin->text().trimmed().isEmpty()) twin->setText(box(field.column)->text());
+void frmCustomerIns::JoinTwins() {
+  for (const Entry& entry : entries_) {
+    const auto twin = std::ranges::find_if(
+        entries_, [&](const Entry& other) { return other.field->column == entry.field->twin; });
+    if (twin == entries_.end()) continue;
+    connect(entry.box, &QLineEdit::editingFinished, twin->box, [from = entry.box, to = twin->box] {
+      if (to->text().trimmed().isEmpty()) to->setText(from->text());
+    });
+  }
 }
 
 std::vector<periods::Correction> frmCustomerIns::Corrections() const {

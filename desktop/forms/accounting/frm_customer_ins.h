@@ -33,7 +33,7 @@ class frmCustomerIns : public Form {
   void AddEntry(QGridLayout& fields, const periods::CorrectionField& field, std::size_t column);
   QCheckBox* AddFill(QGridLayout& fields, const periods::CorrectionField& field);
   void AddSelfBilling(QGridLayout& fields);
-  void CopyToTwin(const periods::CorrectionField& field);
+  void JoinTwins();
   std::vector<periods::Correction> Corrections() const;
   void Gravar();
 

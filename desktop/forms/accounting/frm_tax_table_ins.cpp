@@ -18,7 +18,7 @@ frmTaxTableIns::frmTaxTableIns(Desk& desk, const periods::StagedTable& table, Gr
   fields->setColumnStretch(1, 1);
   column->addLayout(fields);
   for (const TaxField& field : periods::TaxFields()) AddEntry(*fields, field);
-  connect(txtSaft_TaxCode_, &QLineEdit::editingFinished, this, [this] { LeaveCode(); });
+  JoinCodeAndDescription();
   column->addStretch();
   cmdGravar_ = PlainButton("cmdGravar", "&Gravar", [this] { Gravar(); });
   auto* cmdFechar = PlainButton("cmdFechar", "Fec&har", [this] { reject(); });
@@ -58,16 +58,18 @@ QLineEdit* frmTaxTableIns::MakeBox(const TaxField& field, std::size_t column) {
   return box;
 }
 
-bool frmTaxTableIns::Abrir() {
-  return Ask();
+void frmTaxTableIns::JoinCodeAndDescription() {
+  connect(txtSaft_TaxCode_, &QLineEdit::editingFinished, txtSaft_Description_,
+          [code = txtSaft_TaxCode_, description = txtSaft_Description_] {
+            if (toolkit::IsBlank(FromQt(code->text()))) return;
+            const periods::TaxCodeLeft left = periods::LeaveTaxCode(FromQt(code->text()));
+            code->setText(ToQt(left.code));
+            if (left.description) description->setText(ToQt(*left.description));
+          });
 }
 
-void frmTaxTableIns::LeaveCode() {
-  const std::string typed = FromQt(txtSaft_TaxCode_->text());
-  if (toolkit::IsBlank(typed)) return;
-  const periods::TaxCodeLeft left = periods::LeaveTaxCode(typed);
-  txtSaft_TaxCode_->setText(ToQt(left.code));
-  if (left.description) txtSaft_Description_->setText(ToQt(*left.description));
+bool frmTaxTableIns::Abrir() {
+  return Ask();
 }
 
 /// False when a bad date stood there, which is said and empties the box: the user has to see that.

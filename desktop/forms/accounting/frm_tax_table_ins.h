@@ -31,7 +31,7 @@ class frmTaxTableIns : public Form {
 
   void AddEntry(QGridLayout& fields, const periods::TaxField& field);
   QLineEdit* MakeBox(const periods::TaxField& field, std::size_t column);
-  void LeaveCode();
+  void JoinCodeAndDescription();
   bool HasGoodDate();
   std::vector<periods::Correction> Corrections() const;
   void Gravar();
