@@ -69,6 +69,11 @@ CodeBox::CodeBox(Desk& desk, const CodeBoxNames& names, periods::TableSearch sea
   connect(key, &QShortcut::activated, this, [this] { OpenSearch({}); });
 }
 
+/// A box with the cursor says that it is left when it goes, too late for its CodeBox.
+CodeBox::~CodeBox() {
+  box_->disconnect(this);
+}
+
 void CodeBox::Arrange() {
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);

@@ -27,6 +27,7 @@ struct CodeBoxNames {
 class CodeBox : public QWidget {
  public:
   CodeBox(Desk& desk, const CodeBoxNames& names, periods::TableSearch search, QWidget* parent = nullptr);
+  ~CodeBox() override;
 
   std::string Codigo() const;
   /// Writes the code and looks its name up, without a word when it is not there.
