@@ -8,6 +8,7 @@
 
 #include "toolkit/ports.h"
 
+class QBoxLayout;
 class QPushButton;
 
 namespace korvel::desktop {
@@ -37,7 +38,7 @@ class MessageBox : public QDialog {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void AddButtons(const Content& content, class QBoxLayout* row);
+  void AddButtons(const Content& content, QBoxLayout* row);
 
   std::vector<QPushButton*> buttons_;
   std::size_t chosen_ = 0;

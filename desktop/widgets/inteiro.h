@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "gateways/desk.h"

@@ -4,8 +4,12 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QKeyEvent>
+#include <QPushButton>
 #include <QTimer>
 #include <chrono>
+#include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
