@@ -1,13 +1,18 @@
 #!/usr/bin/env bash
-# Installs what building and testing need on Debian 12; does nothing when all of it is there.
+# Installs what building korvelctl needs on Debian 12, with --desktop what the desktop program needs too, with --tests
+# what building and testing everything needs; does nothing when all of it is there.
 set -euo pipefail
 
 packages=(
   g++ cmake ninja-build pkg-config ccache
   libsqlite3-dev libsodium-dev nettle-dev unixodbc-dev tdsodbc libfmt-dev libcli11-dev libsimpleini-dev
 )
+if [[ ${1:-} == --desktop || ${1:-} == --tests ]]; then
+  packages+=(qt6-base-dev qt6-svg-dev libqt6svg6 qt6-translations-l10n fonts-dejavu-core)
+fi
 if [[ ${1:-} == --tests ]]; then
-  packages+=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-dev libsqliteodbc clang-format-14 clang-tidy-14 clang-16 libclang-rt-16-dev)
+  packages+=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-dev libsqliteodbc clang-format-14 clang-tidy-14 clang-16 libclang-rt-16-dev
+    xvfb xauth)
 fi
 
 missing=()

@@ -15,6 +15,12 @@ void Drop(Window*& window) {
   window = nullptr;
 }
 
+/// Calls `next` with how the form was left, once it has nothing more to do itself.
+template <typename Next>
+void WhenLeft(QDialog* form, const Next& next) {
+  QObject::connect(form, &QDialog::finished, form, next, Qt::QueuedConnection);
+}
+
 }  // namespace
 
 Application::Application(Desk& desk, session::StartSetting setting)
@@ -53,9 +59,8 @@ void Application::ShowLogin() {
   auto* form = new frmLogin(desk_);
   window_ = form;
   form->onLogin = [this] { return ShowSelection(); };
-  QObject::connect(form, &QDialog::finished, form, [this, form](int result) {
-    form->deleteLater();
-    if (window_ == form) window_ = nullptr;
+  WhenLeft(form, [this](int result) {
+    Drop(window_);
     if (result == QDialog::Rejected) desk_.onEndProgram();
   });
   form->Load();
@@ -75,7 +80,7 @@ bool Application::ShowSelection() {
 void Application::MakeSelection() {
   frmSelEmpresas_ = new frmSelEmpresas(desk_, selection_);
   frmSelEmpresas_->onEnter = [this] { ShowMainWindow(); };
-  QObject::connect(frmSelEmpresas_, &QDialog::finished, frmSelEmpresas_, [this] {
+  WhenLeft(frmSelEmpresas_, [this](int) {
     Drop(frmSelEmpresas_);
     ShowLogin();
   });

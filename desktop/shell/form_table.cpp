@@ -1,7 +1,12 @@
 #include "shell/form_table.h"
 
 #include "forms/accounting/accounting_forms.h"
+#include "forms/auditfile/frm_exporta_saft.h"
+#include "forms/automation/frm_wizard.h"
 #include "forms/billing/billing_forms.h"
+#include "forms/periods/frm_aa_responsavel.h"
+#include "forms/periods/frm_param_geral.h"
+#include "forms/periods/frm_tab_header.h"
 #include "forms/session/frm_about.h"
 
 namespace korvel::desktop {
@@ -19,6 +24,7 @@ Form* Make(Desk& desk, std::string_view, QWidget* parent) {
 }
 
 constexpr FormRow kForms[] = {
+    {"frmTabHeader", &Make<frmTabHeader>},
     {"frmGeneralLedger", &MakeAccountingForm},
     {"frmCustomerLunder", &MakeAccountingForm},
     {"frmSupplierLunder", &MakeAccountingForm},
@@ -28,6 +34,10 @@ constexpr FormRow kForms[] = {
     {"frmProductBrevant", &MakeBillingForm},
     {"frmTaxTableBrevant", &MakeBillingForm},
     {"frmSourceDocumentsBrevant", &MakeBillingForm},
+    {"frmExportaSAFT", &Make<frmExportaSAFT>},
+    {"frmWizard", &Make<frmWizard>},
+    {"frmParamGeral", &Make<frmParamGeral>},
+    {"frmAAResponsavel", &Make<frmAAResponsavel>},
     {"frmAbout", &Make<frmAbout>},
 };
 

@@ -74,8 +74,7 @@ constexpr const char* kStyleSheet =
     "QPushButton { min-width: 5em; min-height: 1.4em; }"
     "QLineEdit, QComboBox { min-height: 1.4em; }"
     "QHeaderView::section { padding: 3px 6px; }"
-    "QStatusBar QLabel { padding: 2px 8px; }"
-    "QMenuBar { padding: 2px; }";
+    "QStatusBar QLabel { padding: 2px 8px; }";
 
 }  // namespace
 

@@ -76,13 +76,14 @@ int Administer(const std::string& line) {
   return 0;
 }
 
-/// The standard windows' texts, where the system brings them in Portuguese.
+/// The standard windows' texts, where the system brings them: in the Portuguese of Portugal what there is of it, the
+/// rest in that of Brazil.
 void SpeakPortuguese(QApplication& application) {
-  const QLocale portugal(QLocale::Portuguese, QLocale::Portugal);
-  QLocale::setDefault(portugal);
-  auto* translator = new QTranslator(&application);
-  if (translator->load(portugal, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-    QApplication::installTranslator(translator);
+  QLocale::setDefault(QLocale(QLocale::Portuguese, QLocale::Portugal));
+  for (const char* texts : {"qtbase_pt_BR", "qt_pt_PT"}) {  // the last one is asked first
+    auto* translator = new QTranslator(&application);
+    if (translator->load(texts, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+      QApplication::installTranslator(translator);
   }
 }
 

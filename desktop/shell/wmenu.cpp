@@ -43,6 +43,7 @@ QMenu* Named(QMenu* menu, std::string_view name) {
 WMenu::WMenu(Desk& desk, QWidget* parent)
     : QMainWindow(parent), desk_(desk), area_(new MarkArea(this)), watch_(desk) {
   setObjectName("WMenu");
+  area_->setObjectName("area");
   setCentralWidget(area_);
   BuildMenus();
   BuildStatusBar();
@@ -104,7 +105,7 @@ void WMenu::Load() {
   enable("ActualizaDBase", window.canUpgrade);
   enable("mnuAlterarPassword", window.canUsePassword);
   enable("mnuBloquearPrograma", window.canUsePassword);
-  if (window.unattended) statusBar()->insertPermanentWidget(0, new QLabel("Sem confirmações", statusBar()));
+  if (window.unattended) statusBar()->addPermanentWidget(new QLabel("Sem confirmações", statusBar()));
   const auto texts = session::StatusTexts(desk_.Context());
   company_->setText(ToQt(texts.company));
   login_->setText(ToQt(texts.login));

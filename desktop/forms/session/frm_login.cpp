@@ -6,6 +6,7 @@
 
 #include "forms/common/field_grid.h"
 #include "forms/session/heading.h"
+#include "forms/session/menus.h"
 #include "gateways/text.h"
 
 namespace korvel::desktop {
@@ -18,6 +19,12 @@ QRadioButton* Option(std::string_view name, std::string_view caption) {
   auto* option = new QRadioButton(ToQt(caption));
   option->setObjectName(ToQt(name));
   return option;
+}
+
+/// The labels of both grids take the same room.
+QGridLayout* Aligned(FieldGrid& fields) {
+  fields.Layout()->setColumnMinimumWidth(0, QLabel("SQL Server :").sizeHint().width());
+  return fields.Layout();
 }
 
 QWidget* Frame(std::string_view name, QLayout* content) {
@@ -46,7 +53,7 @@ frmLogin::frmLogin(Desk& desk, QWidget* parent)
   server.Add("SQL Server :", txtServer_);
   auto* column = FormColumn(this);
   column->addWidget(Heading("Exportação - Ficheiro Auditor", this));
-  column->addLayout(server.Layout());
+  column->addLayout(Aligned(server));
   fraLogin_ = LoginFrame();
   fraConfigura_ = ConfigurationFrame();
   fraBotoes_ = ButtonFrame();
@@ -58,12 +65,17 @@ frmLogin::frmLogin(Desk& desk, QWidget* parent)
   connect(txtMachine_, &QLineEdit::editingFinished, this, [this] { KeepMachine(); });
 }
 
+/// A box with the cursor says that it is left when it goes, too late for its form.
+frmLogin::~frmLogin() {
+  txtMachine_->disconnect(this);
+}
+
 QWidget* frmLogin::LoginFrame() {
   txtPassword_->setEchoMode(QLineEdit::Password);
   FieldGrid login;
   login.Add("&Login :", txtLogin_);
   login.Add("&Password :", txtPassword_);
-  return Frame("fraLogin", login.Layout());
+  return Frame("fraLogin", Aligned(login));
 }
 
 QWidget* frmLogin::ConfigurationFrame() {
@@ -84,7 +96,7 @@ void frmLogin::BuildMenu() {
   QAction* configure = bar->addAction("Modo de Autenticação", this, [this] { ShowConfiguration(true); });
   configure->setObjectName("mnuConfigurar");
   configure->setShortcut(Qt::Key_F2);
-  configure->setToolTip("F2");
+  GiveAccessKeys(*bar);
   layout()->setMenuBar(bar);
 }
 

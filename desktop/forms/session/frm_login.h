@@ -14,6 +14,7 @@ namespace korvel::desktop {
 class frmLogin : public Form {
  public:
   explicit frmLogin(Desk& desk, QWidget* parent = nullptr);
+  ~frmLogin() override;
 
   bool Load() override;
 
