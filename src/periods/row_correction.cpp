@@ -11,7 +11,7 @@ namespace korvel::periods {
 namespace {
 
 constexpr std::array<CorrectionField, 23> kCustomerFields{{
-    {"CustomerID", "Customer &ID"},
+    {"CustomerID", "Custo&mer ID"},
     {"AccountID", "Códi&go da Conta"},
     {"CustomerTaxID", "&N.º Ident. Fiscal", false, {}, "SupplierTaxID"},
     {"CompanyName", "&Descrição"},
@@ -21,8 +21,8 @@ constexpr std::array<CorrectionField, 23> kCustomerFields{{
     {"AddressDetail", "R&ua e N.º Polícia", true, "Ship_AddressDetail"},
     {"City", "&Localidade", true, "Ship_City"},
     {"PostalCode", "Cód. P&ostal", true, "Ship_PostalCode"},
-    {"Region", "Di&strito", true, "Ship_Region"},
-    {"Country", "P&aís", true, "Ship_Country"},
+    {"Region", "D&istrito", true, "Ship_Region"},
+    {"Country", "Paí&s", true, "Ship_Country"},
     {"Ship_BuildingNumber", "N.º Polícia", true},
     {"Ship_StreetName", "Rua", true},
     {"Ship_AddressDetail", "Rua e N.º Polícia", true},

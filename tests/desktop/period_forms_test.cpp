@@ -391,6 +391,25 @@ TEST_F(PeriodForms, ALostDatabaseIsToldAndTheWindowsStay) {
   EXPECT_FALSE(another.Load());
 }
 
+TEST_F(PeriodForms, TheTabKeyFollowsTheEye) {
+  const auto entry = OpenEntry(HeaderMode::New);
+  std::vector<std::string> columns;
+  QWidget* first = &Find(*entry, "txtHeader_FiscalYear");
+  QWidget* field = first;
+  do {
+    const QString column = field->property(kColumnProperty).toString();
+    if (!column.isEmpty()) columns.push_back(FromQt(column));
+    field = field->nextInFocusChain();
+  } while (field != first);
+  EXPECT_THAT(columns,
+              ElementsAre("FiscalYear", "TaxAccountingBasis", "StartDate", "EndDate", "CompanyID",
+                          "TaxRegistrationNumber", "CompanyName", "BusinessName", "TaxEntity", "CurrencyCode",
+                          "Cliente", "AddressDetail", "StreetName", "BuildingNumber", "City", "PostalCode",
+                          "Region", "Country", "Telephone", "Fax", "Email", "WebSite", "AuditFileVersion",
+                          "DateCreated", "ProductID", "ProductVersion", "ProductCompanyTaxId",
+                          "SoftwareCertificateNumber", "HeaderComment"));
+}
+
 TEST_F(PeriodForms, EverythingFitsASmallScreen) {
   const auto entry = OpenEntry(HeaderMode::Change, 2);
   EXPECT_LE(entry->width(), 1366);

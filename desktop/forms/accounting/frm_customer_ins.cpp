@@ -23,6 +23,8 @@ Section SectionOf(const CorrectionField& field) {
   return field.twin.empty() ? kIdentity : kAddress;
 }
 
+constexpr int kCharacters = 24;  // that a box shows at least
+
 constexpr std::string_view kSelfBilling = "1";
 constexpr std::string_view kNoSelfBilling = "0";
 
@@ -61,6 +63,7 @@ QWidget* frmCustomerIns::MakeSection(int section) {
 void frmCustomerIns::AddEntry(QGridLayout& fields, const CorrectionField& field, std::size_t column) {
   const int row = fields.rowCount();
   QLineEdit* box = TextBox("txt" + std::string(field.column), table_.columns[column].cut);
+  MakeRoom(box, kCharacters);
   box->setText(ToQt(grid_.Cell(row_, column)));
   box->setCursorPosition(0);
   auto* label = new QLabel(ToQt(field.label));

@@ -8,6 +8,12 @@ namespace korvel::desktop {
 
 using periods::TaxField;
 
+namespace {
+
+constexpr int kCharacters = 36;  // that a box shows at least
+
+}  // namespace
+
 frmTaxTableIns::frmTaxTableIns(Desk& desk, const periods::StagedTable& table, GridModel& grid,
                                std::size_t row, QWidget* parent)
     : Form(desk, "frmTaxTableIns", parent), table_(table), grid_(grid), row_(row) {
@@ -51,6 +57,7 @@ QLineEdit* frmTaxTableIns::MakeBox(const TaxField& field, std::size_t column) {
     return edatSaft_TaxExpirationDate_;
   }
   QLineEdit* box = TextBox(field.control, table_.columns[column].cut);
+  MakeRoom(box, kCharacters);
   box->setText(ToQt(grid_.Cell(row_, column)));
   box->setToolTip(ToQt(field.tip));
   if (field.column == "TaxCode") txtSaft_TaxCode_ = box;

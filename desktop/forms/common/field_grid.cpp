@@ -32,6 +32,11 @@ QLineEdit* TextBox(std::string_view name, int characters) {
   return box;
 }
 
+void MakeRoom(QLineEdit* box, int characters) {
+  constexpr int kFrame = 12;
+  box->setMinimumWidth(box->fontMetrics().averageCharWidth() * characters + kFrame);
+}
+
 QHBoxLayout* ButtonRow(std::initializer_list<QWidget*> buttons) {
   auto* row = new QHBoxLayout;
   row->setSpacing(kSpacing);

@@ -34,6 +34,8 @@ class FieldGrid {
 
 /// A plain text box of that name; `characters` is the most it takes, 0 for any.
 QLineEdit* TextBox(std::string_view name, int characters = 0);
+/// Keeps a box wide enough to show that many characters.
+void MakeRoom(QLineEdit* box, int characters);
 /// Buttons at the foot of a form, from the right.
 QHBoxLayout* ButtonRow(std::initializer_list<QWidget*> buttons);
 /// A column with the margins and the spacing of all forms, set on `parent`.

@@ -18,9 +18,10 @@ using periods::PeriodSearch;
 namespace {
 
 /// In twips, of the columns of HeaderListColumns().
-constexpr std::array<int, 9> kWidths{800, 1400, 1400, 4500, 1900, 1200, 1500, 1500, 2100};
+constexpr std::array<int, 9> kWidths{800, 1400, 1400, 4000, 2300, 1200, 1500, 1500, 2300};
 constexpr std::size_t kNumRegisto = 0;
 constexpr int kFormWidth = 1120, kFormHeight = 520;
+constexpr int kNameCharacters = 36;  // shown of a company's name
 
 std::vector<toolkit::GridColumn> Columns() {
   std::vector<toolkit::GridColumn> columns(1);  // the key of the row, unseen
@@ -169,6 +170,7 @@ PeriodSearchWindow::PeriodSearchWindow(Desk& desk, const PeriodSearch& search, Q
   fields.Add("&Ano", txtFiscalYear_);
   fields.NewRow();
   fields.Add("&Empresa", txtCompanyName_);
+  MakeRoom(txtCompanyName_, kNameCharacters);
   txtFiscalYear_->setText(ToQt(search.fiscalYear));
   txtCompanyName_->setText(ToQt(search.companyName));
   column->addStretch();

@@ -16,6 +16,9 @@ using periods::HeaderMode;
 
 namespace {
 
+/// Characters that a box shows at least.
+constexpr int kFewest = 12, kMost = 20;
+
 /// A place in a group; two pairs wide where the field is to have a row of its own.
 struct Place {
   std::string_view column;
@@ -106,7 +109,9 @@ frmTabHeaderIns::Binding frmTabHeaderIns::Bind(const HeaderField& field) {
 }
 
 frmTabHeaderIns::Binding frmTabHeaderIns::BindText(const HeaderField& field) {
-  QLineEdit* box = TextBox(field.control, periods::HeaderWidth(field.column));
+  const int width = periods::HeaderWidth(field.column);
+  QLineEdit* box = TextBox(field.control, width);
+  MakeRoom(box, std::clamp(width, kFewest, kMost));
   const auto write = [box](const std::string& text) {
     box->setText(ToQt(text));
     box->setCursorPosition(0);
@@ -116,6 +121,7 @@ frmTabHeaderIns::Binding frmTabHeaderIns::BindText(const HeaderField& field) {
 
 frmTabHeaderIns::Binding frmTabHeaderIns::BindDate(const HeaderField& field) {
   auto* date = new Edatas(desk_, field.control);
+  MakeRoom(date, kFewest);
   return {field.column, date, [date] { return date->ConteudoAMD(); },
           [date](const std::string& text) { date->SetConteudoAMD(text); }};
 }
