@@ -17,6 +17,7 @@
 #include "session/connections.h"
 #include "session/lookups.h"
 #include "toolkit/options.h"
+#include "toolkit/progress_scope.h"
 #include "toolkit/text.h"
 
 namespace korvel::automation {
@@ -143,6 +144,8 @@ class WizardRun {
     try {
       std::optional<periods::Grid> rows = step.load ? step.load(steps_) : periods::Grid();
       return rows && step.save(steps_, *rows);
+    } catch (const toolkit::Cancelled& cancelled) {
+      return Refuse(cancelled.what());  // the user knows
     } catch (const std::exception& failure) {
       if (!input_.automatico) context_.dialogs.Message(toolkit::Icon::Critical, failure.what());
       return Refuse(failure.what());

@@ -247,6 +247,25 @@ TEST(Wizard, BalancesWithoutJournalsAreWarnedOf) {
   EXPECT_NE(company.Value(balances), "0");
 }
 
+TEST(Wizard, ACancelledStepIsRolledBackWhole) {
+  DemoCompany company;
+  for (const int shown : {0, 1, 3}) {
+    company.progress.cancelAfter = company.progress.shown + shown;
+    WizardInput input = company.Year();
+    input.automatico = false;
+    company.dialogs.answers = {0, 0};
+    const WizardResult result = company.Run(input);
+    EXPECT_FALSE(result.ok) << shown;
+    EXPECT_THAT(company.dialogs.messages, testing::IsEmpty()) << "whoever cancels knows";
+    for (const StepReport& step : result.steps) {
+      if (step.key == kExportKey) continue;
+      const std::string rows =
+          company.Value("Select count(*) from " + std::string(FindStep(step.key)->staged().table));
+      EXPECT_EQ(rows != "0", step.status == StepStatus::Ok) << step.key << ' ' << shown;
+    }
+  }
+}
+
 TEST(Wizard, AStepByHandStagesThePeriodThatIsThere) {
   DemoCompany company;
   const WizardInput input = company.Year();

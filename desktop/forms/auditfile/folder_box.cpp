@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QShortcut>
 #include <QTimer>
 
 #include "gateways/text.h"
@@ -22,6 +23,9 @@ QString AskPlatform(QWidget* parent, const QString& start) {
 FolderBox::FolderBox(Desk& desk, std::string_view form, QWidget* parent)
     : QLineEdit(parent), choose(AskPlatform), desk_(desk), form_(form) {
   setObjectName("txtPastaExportacao");
+  auto* key = new QShortcut(QKeySequence(Qt::Key_F4), this);
+  key->setContext(Qt::WidgetShortcut);
+  connect(key, &QShortcut::activated, this, [this] { Browse(); });
   setMinimumWidth(fontMetrics().averageCharWidth() * 40);
 }
 

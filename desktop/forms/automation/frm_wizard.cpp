@@ -115,8 +115,12 @@ void frmWizard::Processar() {
     return automation::Assistente(context, input, Observer(context, KeyOf(input)), screen);
   });
   if (!result || result->steps.empty()) return;
-  SetCaptionDetail(edatStartDate_->Conteudo() + " a " + edatEndDate_->Conteudo());
+  ShowPeriod();
   Tell(*result);
+}
+
+void frmWizard::ShowPeriod() {
+  SetCaptionDetail(edatStartDate_->Conteudo() + " a " + edatEndDate_->Conteudo());
 }
 
 /// Called on the run's thread, which reads the counts of the sections too; the screen is told behind it.

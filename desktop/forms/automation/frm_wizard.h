@@ -25,7 +25,7 @@ class frmWizard : public Form {
   explicit frmWizard(Desk& desk, QWidget* parent = nullptr);
 
   bool Load() override;
-  /// The whole run without questions and boxes; the form closes at its end. Blank dates and a blank kind stay as the
+  /// The whole run without questions and boxes, once the form is loaded; it closes at the end. Blank dates and a blank kind stay as the
   /// form has them.
   void Abrir(std::string_view Ano, std::string_view StartDate, std::string_view EndDate,
              std::string_view TaxAccountingBasis);
@@ -45,6 +45,7 @@ class frmWizard : public Form {
   /// What the buttons of a page do, by the ends of their names.
   struct Verb {
     std::string_view name;
+    const char* key;  // their captions leave no room for one
     void (frmWizard::*action)(Page& page);
     Writes writes;
   };
@@ -55,6 +56,7 @@ class frmWizard : public Form {
   void AddPages();
   void AddPage(const automation::Step& step);
   QLayout* StepButtons(std::size_t page);
+  QPushButton* StepButton(std::size_t page, std::string_view name, const Verb& verb);
   QWidget* MakeExportFrame();
 
   void ChooseMonth();
@@ -68,6 +70,7 @@ class frmWizard : public Form {
   void SetStatus(std::string_view key, automation::StepStatus status);
   automation::StepStatus StatusOf(std::string_view key) const;
   void Tell(const automation::WizardResult& result);
+  void ShowPeriod();
 
   void Carregar(Page& page);
   void Gravar(Page& page);

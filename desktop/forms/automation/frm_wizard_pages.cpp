@@ -1,5 +1,6 @@
 #include <QGroupBox>
 #include <QItemSelectionModel>
+#include <QKeySequence>
 #include <QLabel>
 #include <memory>
 #include <string>
@@ -12,6 +13,7 @@
 #include "gateways/row_feed.h"
 #include "gateways/text.h"
 #include "periods/header_fields.h"
+#include "periods/incomplete_rows.h"
 #include "security/rights_catalogue.h"
 #include "toolkit/grid_layout.h"
 #include "toolkit/list_rows.h"
@@ -28,12 +30,18 @@ std::string ButtonPrefix(std::string_view key) {
   return "cmd" + std::string(key == "C_Fornecedores" ? "C_Fornece" : key) + "_";
 }
 
+/// A button with a key that its caption does not show.
+void GiveKey(QPushButton* button, const char* key) {
+  button->setShortcut(QKeySequence(key));
+  button->setToolTip(button->shortcut().toString(QKeySequence::NativeText));
+}
+
 }  // namespace
 
 const frmWizard::Verb frmWizard::kVerbs[] = {
-    {"Carregar", &frmWizard::Carregar, Writes::No},
-    {"Gravar", &frmWizard::Gravar, Writes::Yes},
-    {"Alterar", &frmWizard::Alterar, Writes::No},
+    {"Carregar", "Alt+C", &frmWizard::Carregar, Writes::No},
+    {"Gravar", "Alt+G", &frmWizard::Gravar, Writes::Yes},
+    {"Alterar", "Alt+A", &frmWizard::Alterar, Writes::No},
 };
 
 frmWizard::frmWizard(Desk& desk, QWidget* parent)
@@ -70,9 +78,11 @@ void frmWizard::Arrange() {
   column->addLayout(work, 1);
   cmdGravar_ = CatalogueButton(
       "cmdGravar", [this] { Processar(); }, Writes::Yes);
-  auto* sending = CatalogueButton(
+  auto* cmdEnvioAuto = CatalogueButton(
       "cmdEnvioAuto", [this] { frmEnvioAutomatico(desk_, this).Ask(); }, Writes::Yes);
-  column->addLayout(ButtonRow({cmdGravar_, sending, CatalogueButton("cmdFechar", [this] { reject(); })}));
+  GiveKey(cmdEnvioAuto, "Alt+U");
+  column->addLayout(
+      ButtonRow({cmdGravar_, cmdEnvioAuto, CatalogueButton("cmdFechar", [this] { reject(); })}));
 }
 
 QLayout* frmWizard::ArrangeInputs() {
@@ -124,11 +134,19 @@ QLayout* frmWizard::StepButtons(std::size_t page) {
     if (!button.name.starts_with(prefix)) continue;
     for (const Verb& verb : kVerbs) {
       if (button.name.substr(prefix.size()) != verb.name) continue;
-      column->addWidget(CatalogueButton(
-          button.name, [this, page, action = verb.action] { (this->*action)(pages_[page]); }, verb.writes));
+      column->addWidget(StepButton(page, button.name, verb));
     }
   }
   return column;
+}
+
+QPushButton* frmWizard::StepButton(std::size_t page, std::string_view name, const Verb& verb) {
+  auto* button = CatalogueButton(
+      name, [this, page, action = verb.action] { (this->*action)(pages_[page]); }, verb.writes);
+  GiveKey(button, verb.key);
+  // Enter or a double click corrects a row, by the same right.
+  if (verb.action == &frmWizard::Alterar) pages_[page].grid->onActivate = [button] { button->click(); };
+  return button;
 }
 
 QWidget* frmWizard::MakeExportFrame() {
@@ -139,7 +157,8 @@ QWidget* frmWizard::MakeExportFrame() {
   column->addWidget(ticks_);
   column->addStretch();
   auto* prepare = CatalogueButton("cmdExportacao_Prepara", [this] { Exportacao_Prepara(); });
-  prepare->setToolTip("Contar os registos do período");
+  GiveKey(prepare, "Alt+R");
+  prepare->setToolTip("Contar os registos do período (" + prepare->toolTip() + ")");
   column->addLayout(ButtonRow({prepare, CatalogueButton("cmdExportar", [this] { Exportar(); })}));
   return frame;
 }
@@ -150,7 +169,10 @@ void frmWizard::Carregar(Page& page) {
   auto rows = desk_.Try(
       [&](const session::Context& context) { return automation::CarregarPasso(context, input, *page.step); });
   page.filled = rows && *rows;
-  if (page.filled) page.grid->Model().SetRows(std::move(**rows));
+  if (page.filled) {
+    page.grid->Model().SetRows(std::move(**rows));
+    ShowPeriod();
+  }
   SetStatus(page.step->key, page.filled ? automation::StepStatus::None : automation::StepStatus::Failed);
 }
 
@@ -166,6 +188,10 @@ void frmWizard::Gravar(Page& page) {
   const bool done = saved.value_or(false);
   if (done && page.step->load == nullptr) FillFromStaged(page);
   SetStatus(page.step->key, done ? automation::StepStatus::Ok : automation::StepStatus::Failed);
+  if (done) return;
+  if (const auto row = periods::FirstIncomplete(page.step->staged(), page.grid->Model().Rows())) {
+    page.grid->SelectRow(*row);
+  }
 }
 
 void frmWizard::Alterar(Page& page) {
