@@ -1,6 +1,7 @@
 #include "widgets/grid_model.h"
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
 #include <limits>
 #include <stdexcept>
@@ -40,6 +41,19 @@ std::vector<std::size_t> OrderOf(const periods::Grid& rows, std::size_t column, 
     keys.push_back(toolkit::SortKey::Of(row.cells[column], kind, marks));
   }
   return toolkit::SortedOrder(keys, descending);
+}
+
+struct Sorted {
+  periods::Grid rows;
+  std::vector<std::size_t> order;
+};
+
+/// Moves the rows out of `rows`, which keeps its size.
+periods::Grid InOrder(periods::Grid& rows, const std::vector<std::size_t>& order) {
+  periods::Grid sorted;
+  sorted.reserve(order.size());
+  for (const std::size_t row : order) sorted.push_back(std::move(rows[row]));
+  return sorted;
 }
 
 /// The sum; nothing out of range.
@@ -88,10 +102,25 @@ GridModel::Piece GridModel::Fetch(RowFeed& feed, std::size_t most) {
   Piece piece;
   for (const auto& [column, sum] : sums_) piece.sums[column] = data::Currency();
   desk_.Try([&](const session::Context& context) {
-    Read(feed, most, context.progress, piece);
-    AddTo(piece.sums, piece.rows);
+    std::exception_ptr failure;
+    try {
+      Read(feed, most, context.progress, piece);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    Prepare(piece);
+    if (failure) std::rethrow_exception(failure);
   });
   return piece;
+}
+
+/// What takes time with a million rows is done before the screen has them.
+void GridModel::Prepare(Piece& piece) const {
+  for (periods::GridRow& row : piece.rows) {
+    row.ticked = row.ticked != inverted_;
+    piece.ticked += row.ticked ? 1U : 0U;
+  }
+  AddTo(piece.sums, piece.rows);
 }
 
 void GridModel::Read(RowFeed& feed, std::size_t most, toolkit::Progress& progress, Piece& piece) {
@@ -122,11 +151,8 @@ void GridModel::Append(Piece piece) {
   broken_ = piece.then == Piece::Then::Broken;
   if (!piece.rows.empty()) {
     beginInsertRows({}, Count(rows_.size()), Count(rows_.size() + piece.rows.size()) - 1);
-    for (periods::GridRow& row : piece.rows) {
-      row.ticked = row.ticked != inverted_;
-      tickedCount_ += row.ticked ? 1U : 0U;
-      rows_.push_back(std::move(row));
-    }
+    rows_.insert(rows_.end(), std::move_iterator(piece.rows.begin()), std::move_iterator(piece.rows.end()));
+    tickedCount_ += piece.ticked;
     for (auto& [column, sum] : sums_) {
       sum = piece.sums[column] ? Added(sum, *piece.sums[column]) : std::nullopt;
     }
@@ -217,34 +243,34 @@ void GridModel::SortOn(std::size_t column) {
   if (HasMore() && !ReadAll()) return;
   const bool descending = sortColumn_ == column && !descending_;
   const toolkit::CellMarks marks = MarksOf(desk_.Session());
-  const auto order = desk_.Try([&](const session::Context&) {
-    return OrderOf(rows_, column, columns_[column].kind, marks, descending);
+  emit layoutAboutToBeChanged({}, VerticalSortHint);
+  moving_ = true;
+  auto sorted = desk_.Try([&](const session::Context&) {
+    auto order = OrderOf(rows_, column, columns_[column].kind, marks, descending);
+    return Sorted{InOrder(rows_, order), std::move(order)};
   });
-  if (!order) return;
-  sortColumn_ = column;
-  descending_ = descending;
-  Reorder(*order);
+  moving_ = false;
+  if (sorted) {
+    rows_ = std::move(sorted->rows);
+    MoveIndexes(sorted->order);
+    sortColumn_ = column;
+    descending_ = descending;
+  }
+  emit layoutChanged({}, VerticalSortHint);
   emit headerDataChanged(Qt::Horizontal, 0, Count(columns_.size()) - 1);
 }
 
 /// The cursor and the selection stay with their rows.
-void GridModel::Reorder(const std::vector<std::size_t>& order) {
-  emit layoutAboutToBeChanged({}, VerticalSortHint);
-  periods::Grid sorted;
-  sorted.reserve(order.size());
-  std::vector<int> placeOf(order.size());
-  for (const std::size_t row : order) {
-    placeOf[row] = Count(sorted.size());
-    sorted.push_back(std::move(rows_[row]));
-  }
-  rows_ = std::move(sorted);
+void GridModel::MoveIndexes(const std::vector<std::size_t>& order) {
   const QModelIndexList before = persistentIndexList();
+  if (before.isEmpty()) return;
+  std::vector<int> placeOf(order.size());
+  for (std::size_t place = 0; place < order.size(); ++place) placeOf[order[place]] = Count(place);
   QModelIndexList after;
   for (const QModelIndex& old : before) {
     after << index(placeOf[static_cast<std::size_t>(old.row())], old.column());
   }
   changePersistentIndexList(before, after);
-  emit layoutChanged({}, VerticalSortHint);
 }
 
 bool GridModel::canFetchMore(const QModelIndex& parent) const {

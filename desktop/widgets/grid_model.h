@@ -76,15 +76,17 @@ class GridModel : public QAbstractTableModel {
   struct Piece {
     periods::Grid rows;
     Sums sums;
+    std::size_t ticked = 0;
     enum class Then { Broken, More, AtEnd } then = Then::Broken;
   };
 
   Piece Fetch(RowFeed& feed, std::size_t most);
   static void Read(RowFeed& feed, std::size_t most, toolkit::Progress& progress, Piece& piece);
+  void Prepare(Piece& piece) const;
   void AddTo(Sums& sums, std::span<const periods::GridRow> rows) const;
   void Append(Piece piece);
   void Replace(periods::Grid rows);
-  void Reorder(const std::vector<std::size_t>& order);
+  void MoveIndexes(const std::vector<std::size_t>& order);
   void CountAnew();
   void Changed();
 
@@ -95,6 +97,7 @@ class GridModel : public QAbstractTableModel {
   std::unique_ptr<RowFeed> feed_;
   bool broken_ = false;    // the feed has failed: rows are missing
   bool inverted_ = false;  // ticks were inverted an odd number of times while rows waited in the feed
+  bool moving_ = false;    // the rows are on their way into another order, by another thread
   std::size_t tickedCount_ = 0;
   mutable Sums sums_;  // of the columns asked for until now; nothing out of range
   std::optional<std::size_t> sortColumn_;

@@ -1,12 +1,10 @@
 #include "widgets/grid_panel.h"
 
-#include <QApplication>
 #include <QHeaderView>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <exception>
 #include <utility>
 
 #include "gateways/text.h"
@@ -127,18 +125,7 @@ void GridPanel::KeepWidths() {
 
 void GridPanel::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
-  if (event->spontaneous() || !std::exchange(widthsChanged_, false)) return;
-  try {
-    KeepWidths();
-  } catch (const std::exception& failure) {
-    // Told once the window is gone: a box in the middle of its closing would hold it up.
-    QMetaObject::invokeMethod(
-        qApp,
-        [&dialogs = desk_.Dialogs(), text = std::string(failure.what())] {
-          dialogs.Message(toolkit::Icon::Warning, text);
-        },
-        Qt::QueuedConnection);
-  }
+  if (!event->spontaneous() && std::exchange(widthsChanged_, false)) KeepWidths();
 }
 
 std::vector<toolkit::GridColumn> GridColumnsOf(std::span<const periods::Column> columns) {
