@@ -15,7 +15,7 @@ namespace korvel::desktop {
 namespace {
 
 constexpr int kBoxCharacters = 14;
-constexpr int kButtonCharacters = 5;
+constexpr int kNameCharacters = 22;
 
 int WidthOf(const QWidget& widget, int characters) {
   return widget.fontMetrics().averageCharWidth() * characters;
@@ -34,7 +34,7 @@ QPushButton* MakeButton(std::string_view name, QWidget* parent) {
   button->setObjectName(ToQt(name));
   button->setAutoDefault(false);
   button->setFocusPolicy(Qt::NoFocus);
-  button->setMaximumWidth(WidthOf(*button, kButtonCharacters) + 2 * button->fontMetrics().height());
+  button->setMaximumWidth(2 * button->fontMetrics().height());
   button->setToolTip("Pesquisar (F4)");
   button->setAccessibleName("Pesquisar");
   return button;
@@ -46,6 +46,7 @@ QLabel* MakeLabel(std::string_view name, QWidget* parent) {
   label->setObjectName(ToQt(name));
   label->setTextFormat(Qt::PlainText);
   label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  label->setMinimumWidth(WidthOf(*label, kNameCharacters));
   return label;
 }
 

@@ -68,6 +68,9 @@ SearchWindow::SearchWindow(Desk& desk, const periods::TableSearch& search, std::
   chkSearchChange_ = Tick("chkSearchChange", "Pesquisar a cada &tecla", habits.atEachKey, this);
   chkSearchPrincipio_ = Tick("chkSearchPrincipio", "A partir do &início do campo", habits.fromStart, this);
   lvwPesquisa_ = new GridPanel(desk, "frmWPesq_" + search.table, "lvwPesquisa", Columns(search), false, this);
+  lvwPesquisa_->View().horizontalHeader()->setStretchLastSection(true);
+  // The grid counts what was read, the window all that match.
+  lvwPesquisa_->findChild<QLabel*>()->hide();
   lblContagem_ = Named("lblContagem", this);
   lblLimite_ = Named("lblLimite", this);
   Arrange();

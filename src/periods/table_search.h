@@ -71,7 +71,7 @@ Lookup Pesq(const session::Context& context, const TableSearch& search, std::str
 /// What the search window asks for: the rows whose field of column `column` holds `typed`, at its start when `fromStart`
 /// is set, ordered by that field; `most` of them at the most.
 struct SearchRequest {
-  std::string typed;
+  std::string typed = {};
   std::size_t column = 0;
   bool fromStart = false;
   bool descending = false;

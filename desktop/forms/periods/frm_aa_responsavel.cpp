@@ -1,5 +1,6 @@
 #include "forms/periods/frm_aa_responsavel.h"
 
+#include <QSize>
 #include <QVBoxLayout>
 #include <string_view>
 
@@ -41,6 +42,8 @@ constexpr EntityField kTransfers[]{
     {"txtFTPPath", "&Directoria:", &Entity::FTPPath, 20},
 };
 
+constexpr QSize kUsualSize(760, 380);
+
 }  // namespace
 
 frmAAResponsavel::frmAAResponsavel(Desk& desk, QWidget* parent) : Form(desk, "frmAAResponsavel", parent) {
@@ -55,6 +58,7 @@ frmAAResponsavel::frmAAResponsavel(Desk& desk, QWidget* parent) : Form(desk, "fr
   column->addStretch();
   column->addLayout(ButtonRow({CatalogueButton("cmdGravar", [this] { Gravar(); }),
                                CatalogueButton("cmdFechar", [this] { reject(); })}));
+  resize(kUsualSize);
 }
 
 QGroupBox* frmAAResponsavel::Group(const QString& title, std::span<const EntityField> fields, int pairs) {

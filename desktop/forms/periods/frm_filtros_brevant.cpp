@@ -1,5 +1,6 @@
 #include "forms/periods/frm_filtros_brevant.h"
 
+#include <QSize>
 #include <QVBoxLayout>
 #include <optional>
 #include <string>
@@ -8,6 +9,12 @@
 #include "periods/company_connection.h"
 
 namespace korvel::desktop {
+
+namespace {
+
+constexpr QSize kUsualSize(480, 240);
+
+}  // namespace
 
 frmFiltrosBrevant::frmFiltrosBrevant(Desk& desk, QWidget* parent) : Form(desk, "frmFiltrosBrevant", parent) {
   SetCaption("Condições de Pesquisa");
@@ -22,6 +29,7 @@ frmFiltrosBrevant::frmFiltrosBrevant(Desk& desk, QWidget* parent) : Form(desk, "
   eselPatamar_ = new SelOpta("eselPatamar", this);
   eselPatamar_->SetLista(periods::kPatamarList);
   Arrange();
+  resize(kUsualSize);
 }
 
 void frmFiltrosBrevant::Arrange() {

@@ -1,5 +1,6 @@
 #include "forms/periods/frm_filtros_lunder.h"
 
+#include <QSize>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <string>
@@ -19,6 +20,8 @@ std::string KeyOf(const periods::Journal& journal) {
   return std::to_string(journal.numRegisto);
 }
 
+constexpr QSize kUsualSize(560, 420);
+
 }  // namespace
 
 frmFiltrosLunder::frmFiltrosLunder(Desk& desk, QWidget* parent) : Form(desk, "frmFiltrosLunder", parent) {
@@ -31,6 +34,7 @@ frmFiltrosLunder::frmFiltrosLunder(Desk& desk, QWidget* parent) : Form(desk, "fr
   lvwDiarios_ =
       new GridPanel(desk, Name(), "lvwDiarios", toolkit::ParseGridLayout(kJournalLayout), true, this);
   Arrange();
+  resize(kUsualSize);
 }
 
 void frmFiltrosLunder::Arrange() {

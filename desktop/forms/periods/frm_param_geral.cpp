@@ -113,6 +113,7 @@ void frmParamGeral::CarregarArmazens() {
     for (const periods::Warehouse& warehouse : *warehouses) rows.push_back(RowOf(warehouse));
   }
   lvwArmazens_->Model().SetRows(std::move(rows));
+  if (!lvwArmazens_->Model().Rows().empty()) lvwArmazens_->SelectRow(0);
 }
 
 void frmParamGeral::ShowWarehouse() {

@@ -1,4 +1,5 @@
 #include <QGroupBox>
+#include <QSize>
 #include <QVBoxLayout>
 #include <initializer_list>
 
@@ -98,6 +99,8 @@ QHBoxLayout* LeftRow(std::initializer_list<QWidget*> widgets) {
   return row;
 }
 
+constexpr QSize kUsualSize(820, 560);
+
 }  // namespace
 
 frmParamGeral::frmParamGeral(Desk& desk, QWidget* parent) : Form(desk, "frmParamGeral", parent) {
@@ -115,6 +118,7 @@ frmParamGeral::frmParamGeral(Desk& desk, QWidget* parent) : Form(desk, "frmParam
   column->addLayout(ButtonRow({CatalogueButton(
                                    "cmdGravar", [this] { Gravar(); }, Writes::Yes),
                                CatalogueButton("cmdFechar", [this] { reject(); })}));
+  resize(kUsualSize);
 }
 
 QWidget* frmParamGeral::LocationPage() {
