@@ -27,11 +27,13 @@ void YearBook::Purchase() {
 }
 
 void YearBook::Service() {
-  ledger_.Post(PurchaseOf(PickSupplier(), random_.Pick(account::kServices), account::kVatOnServices));
+  const auto service = random_.Pick(account::kServices);
+  ledger_.Post(PurchaseOf(PickSupplier(), service, account::kVatOnServices));
 }
 
 void YearBook::OccasionalService() {
-  ledger_.Post(PurchaseOf(PickSeller(), random_.Pick(account::kServices), account::kVatOnServices));
+  const auto service = random_.Pick(account::kServices);
+  ledger_.Post(PurchaseOf(PickSeller(), service, account::kVatOnServices));
 }
 
 Cents YearBook::Settle(const Party& party, Side partySide, std::string_view prefix, std::string_view word) {

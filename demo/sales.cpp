@@ -30,7 +30,8 @@ SalesDocument YearBook::GoodsFor(std::string_view classification, const Party& c
 }
 
 void YearBook::Sale() {
-  SalesDocument document = GoodsFor("FT", PickCustomer(), random_.Between(2, 9));
+  const std::int64_t lines = random_.Between(2, 9);
+  SalesDocument document = GoodsFor("FT", PickCustomer(), lines);
   if (random_.Chance(12)) desk_.Order(document);
   if (random_.Chance(10)) desk_.DeliveryNote(document);
   if (random_.Chance(20)) desk_.Discount(document.lines.front(), 5);
@@ -41,13 +42,15 @@ void YearBook::Sale() {
 }
 
 void YearBook::CashSale() {
-  SalesDocument document = GoodsFor("VD", PickBuyer(), random_.Between(2, 9));
+  const std::int64_t lines = random_.Between(2, 9);
+  SalesDocument document = GoodsFor("VD", PickBuyer(), lines);
   if (random_.Chance(30)) desk_.Charge(document.lines.back(), kBagCharge);
   Issue(document);
 }
 
 void YearBook::TillSlip() {
-  Issue(GoodsFor("TV", PickBuyer(), random_.Between(1, 6)));
+  const std::int64_t lines = random_.Between(1, 6);
+  Issue(GoodsFor("TV", PickBuyer(), lines));
 }
 
 void YearBook::SlipReturn() {

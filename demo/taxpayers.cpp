@@ -81,7 +81,8 @@ Taxpayer PortugueseCompany(std::int64_t eightDigits, Random& random) {
   made.street = random.Pick(kStreets);
   made.doorNumber = fmt::format("{}", random.Between(1, 480));
   made.town = town.name;
-  made.postalCode = fmt::format("{:04}-{:03}", town.postalArea + random.Below(90), random.Between(1, 999));
+  const auto place = random.Between(1, 999);
+  made.postalCode = fmt::format("{:04}-{:03}", town.postalArea + random.Below(90), place);
   made.district = town.district;
   made.telephone = fmt::format("2{:08}", random.Below(100000000));
   made.mail = fmt::format("geral{}@exemplo.pt", eightDigits % 100000);
