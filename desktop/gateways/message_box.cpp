@@ -7,10 +7,10 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QStyle>
 #include <algorithm>
 
 #include "gateways/text.h"
+#include "resources/icons.h"
 
 namespace korvel::desktop {
 
@@ -20,18 +20,18 @@ constexpr int kPicture = 40;
 constexpr int kTextWidth = 520;
 constexpr int kTextHeight = 420;  // a longer text is scrolled
 
-QPixmap Picture(const QStyle& style, toolkit::Icon icon) {
+std::string_view PictureName(toolkit::Icon icon) {
   switch (icon) {
     case toolkit::Icon::Information:
-      return style.standardIcon(QStyle::SP_MessageBoxInformation).pixmap(kPicture);
+      return "informacao";
     case toolkit::Icon::Warning:
-      return style.standardIcon(QStyle::SP_MessageBoxWarning).pixmap(kPicture);
+      return "aviso";
     case toolkit::Icon::Critical:
-      return style.standardIcon(QStyle::SP_MessageBoxCritical).pixmap(kPicture);
+      return "erro";
     case toolkit::Icon::None:
       break;
   }
-  return style.standardIcon(QStyle::SP_MessageBoxQuestion).pixmap(kPicture);
+  return "pergunta";
 }
 
 QLabel* TextLabel(const QString& text) {
@@ -61,7 +61,7 @@ MessageBox::MessageBox(const Content& content, QWidget* parent) : QDialog(parent
   setObjectName(ToQt(content.name));
   setWindowTitle(content.title.empty() ? QString("Korvel") : ToQt(content.title));
   auto* picture = new QLabel(this);
-  picture->setPixmap(Picture(*style(), content.icon));
+  picture->setPixmap(Icon(PictureName(content.icon)).pixmap(QSize(kPicture, kPicture), devicePixelRatioF()));
   auto* row = new QHBoxLayout;
   row->setSpacing(16);
   row->addWidget(picture, 0, Qt::AlignTop);

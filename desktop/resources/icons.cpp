@@ -1,6 +1,6 @@
 #include "resources/icons.h"
 
-#include "gateways/text.h"
+#include <QString>
 
 // Outside of any namespace, as the macro asks; a static library's resources do not come in by themselves.
 static void BringIn() {
@@ -12,7 +12,8 @@ namespace korvel::desktop {
 QIcon Icon(std::string_view name) {
   static const bool in = (BringIn(), true);
   Q_UNUSED(in)
-  return QIcon(":/korvel/icons/" + ToQt(name) + ".svg");
+  return QIcon(":/korvel/icons/" + QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) +
+               ".svg");
 }
 
 }  // namespace korvel::desktop

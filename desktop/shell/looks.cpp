@@ -71,7 +71,8 @@ bool IsDark(Theme theme) {
 
 /// Sizes in the text's own measure, so that they grow with it.
 constexpr const char* kStyleSheet =
-    "QPushButton { min-width: 5em; min-height: 1.4em; }"
+    "QPushButton { min-width: 4em; min-height: 1.4em; padding: 2px 12px; }"
+    "QPushButton[text=\"...\"] { min-width: 1em; padding: 2px 6px; }"
     "QLineEdit, QComboBox { min-height: 1.4em; }"
     "QHeaderView::section { padding: 3px 6px; }"
     "QStatusBar QLabel { padding: 2px 8px; }";

@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QStatusBar>
+#include <QTableView>
 #include <QTimer>
 #include <charconv>
 
@@ -23,6 +24,7 @@ constexpr int kVersao = 30000;
 constexpr int kEnvio = 60000;
 constexpr int kWidth = 1180;
 constexpr int kHeight = 700;
+constexpr double kShareOfGrids = 0.8;
 constexpr std::string_view kSection = "WMenu";
 
 int ReadNumber(const toolkit::Settings& settings, std::string_view key, int otherwise) {
@@ -36,6 +38,13 @@ QMenu* Named(QMenu* menu, std::string_view name) {
   menu->setObjectName(ToQt(name));
   menu->menuAction()->setObjectName(ToQt(name));
   return menu;
+}
+
+/// A form with a grid takes most of the room, others what they need; what the user has chosen goes before both.
+QSize FirstSize(const QMdiSubWindow& window, QSize room) {
+  const bool hasGrid = window.widget()->findChild<QTableView*>() != nullptr;
+  const QSize wanted = hasGrid ? window.sizeHint().expandedTo(room * kShareOfGrids) : window.sizeHint();
+  return wanted.boundedTo(room);
 }
 
 }  // namespace
@@ -137,6 +146,7 @@ void WMenu::ShowForm(std::string_view name) {
   if (!form->Load()) return delete form;
   QMdiSubWindow* window = area_->addSubWindow(form);
   window->setAttribute(Qt::WA_DeleteOnClose);
+  window->resize(FirstSize(*window, area_->viewport()->size()));
   window->show();
 }
 

@@ -239,7 +239,7 @@ TEST_F(SelectionForm, ShowsTheCompaniesWithTheirStates) {
   EXPECT_THAT(Lines(form),
               ElementsAre("0001|Padaria|1|0|0|1.0.0|empresa|", "0002|Talho|2|1|0|1.0.0|empresa-principal|"));
   EXPECT_EQ(Label("lblCodEmpresa"), "0001");
-  EXPECT_EQ(Label("lblMsg"), "2 empresas");
+  EXPECT_EQ(Label("lblMsg"), "");
   EXPECT_EQ(Label("lblVersao"), "Versão Actual [1.0.0]");
   GoTo(1);
   EXPECT_EQ(Label("lblCodEmpresa"), "0002");
@@ -274,6 +274,7 @@ TEST_F(SelectionForm, HasNothingToEnterOrAdministerForAStranger) {
   world.desk.Session().gPassword = "segredo";
   Show();
   EXPECT_THAT(Lines(form), IsEmpty());
+  EXPECT_EQ(Label("lblMsg"), "Não tem acesso a nenhuma empresa.");
   Press(form, "cmdSelecionar");
   EXPECT_EQ(entered, 0);
   EXPECT_THAT(dialogs.Texts(), IsEmpty());

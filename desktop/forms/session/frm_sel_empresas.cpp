@@ -41,6 +41,11 @@ QMenu* Menu(QWidget& bar, std::string_view name, std::string_view caption) {
   return menu;
 }
 
+const char* EmptyText(bool mayCreate) {
+  return mayCreate ? "Ainda não há empresas: crie a primeira no menu Empresas."
+                   : "Não tem acesso a nenhuma empresa.";
+}
+
 /// What the marks of a company's line mean, in words.
 std::string StateText(const session::CompanyLine& company) {
   std::string text;
@@ -86,9 +91,9 @@ QLayout* frmSelEmpresas::Foot() {
   lblVersao_->setText(ToQt(fmt::format("Versão Actual [{}]", databases::ProgramVersion())));
   auto* row = new QHBoxLayout;
   row->setSpacing(kMargin);
-  for (QLabel* label : {lblCodEmpresa_, lblInfo1_}) row->addWidget(label);
+  for (QLabel* label : {lblCodEmpresa_, lblInfo1_, lblMsg_}) row->addWidget(label);
   row->addStretch();
-  for (QLabel* label : {lblMsg_, lblVersao_}) row->addWidget(label);
+  row->addWidget(lblVersao_);
   return row;
 }
 
@@ -149,8 +154,7 @@ void frmSelEmpresas::ShowSelection() {
   const session::CompanyLine* selected = selection_.Selected();
   lvwEmpresas_->ShowCompanies(selection_.Companies(), selected == nullptr ? std::string() : selected->code);
   for (QAction* menu : bar_->actions()) menu->setEnabled(selection_.HasAdminMenus());
-  const std::size_t count = selection_.Companies().size();
-  lblMsg_->setText(ToQt(fmt::format("{} {}", count, count == 1 ? "empresa" : "empresas")));
+  lblMsg_->setText(selection_.Companies().empty() ? EmptyText(selection_.HasAdminMenus()) : "");
   ShowCompany();
 }
 
