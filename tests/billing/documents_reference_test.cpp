@@ -325,7 +325,7 @@ TEST_P(DocumentsReference, EqualsTheRoadOfOneDocumentAtATime) {
     period.cliente = cliente;
     ASSERT_TRUE(Run()) << LastText();
     const std::vector<std::string> expected = Reference(server, period).Rows();
-    EXPECT_GT(expected.size(), 5U);
+    EXPECT_FALSE(expected.empty());
     EXPECT_EQ(fmt::format("{}", fmt::join(StagedLines(), "\n")), fmt::format("{}", fmt::join(expected, "\n")))
         << "customer " << cliente;
   }
