@@ -12,8 +12,11 @@ namespace korvel::desktop {
 QIcon Icon(std::string_view name) {
   static const bool in = (BringIn(), true);
   Q_UNUSED(in)
-  return QIcon(":/korvel/icons/" + QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) +
-               ".svg");
+  const QString file =
+      ":/korvel/icons/" + QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) + ".svg";
+  QIcon icon(file);
+  icon.addFile(file, {}, QIcon::Selected);  // in a selected row too it is as it was drawn
+  return icon;
 }
 
 }  // namespace korvel::desktop

@@ -35,13 +35,14 @@ constexpr Colours kLight{.window = 0xfff4f5f7,
                          .placeholder = 0xff737c89,
                          .highlight = 0xff2f6f9f,
                          .link = 0xff205f8f};
-constexpr Colours kDark{.window = 0xff24282f,
-                        .base = 0xff1b1f25,
-                        .alternate = 0xff21262d,
-                        .button = 0xff323943,
+/// Fields are lighter than their ground, so that their edges show.
+constexpr Colours kDark{.window = 0xff22262c,
+                        .base = 0xff2e343d,
+                        .alternate = 0xff333a44,
+                        .button = 0xff3b434e,
                         .text = 0xffe6e9ee,
-                        .disabled = 0xff8a93a1,
-                        .placeholder = 0xff8a93a1,
+                        .disabled = 0xff929baa,
+                        .placeholder = 0xff929baa,
                         .highlight = 0xff35749f,
                         .link = 0xff7db9e3};
 

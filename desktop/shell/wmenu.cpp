@@ -7,6 +7,7 @@
 #include <QStatusBar>
 #include <QTableView>
 #include <QTimer>
+#include <algorithm>
 #include <charconv>
 
 #include "databases/upgrade_all.h"
@@ -24,6 +25,7 @@ constexpr int kVersao = 30000;
 constexpr int kEnvio = 60000;
 constexpr int kWidth = 1180;
 constexpr int kHeight = 700;
+constexpr int kStep = 28;  // between windows that open one after another
 constexpr double kShareOfGrids = 0.8;
 constexpr std::string_view kSection = "WMenu";
 
@@ -45,6 +47,13 @@ QSize FirstSize(const QMdiSubWindow& window, QSize room) {
   const bool hasGrid = window.widget()->findChild<QTableView*>() != nullptr;
   const QSize wanted = hasGrid ? window.sizeHint().expandedTo(room * kShareOfGrids) : window.sizeHint();
   return wanted.boundedTo(room);
+}
+
+/// Each a step further than the one before, as far as there is room.
+QPoint FirstPlace(const QMdiSubWindow& window, QSize room, qsizetype before) {
+  const int step = static_cast<int>(before) * kStep;
+  return {std::clamp(room.width() - window.width(), 0, step),
+          std::clamp(room.height() - window.height(), 0, step)};
 }
 
 }  // namespace
@@ -148,6 +157,7 @@ void WMenu::ShowForm(std::string_view name) {
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->resize(FirstSize(*window, area_->viewport()->size()));
   window->show();
+  window->move(FirstPlace(*window, area_->viewport()->size(), area_->subWindowList().size() - 1));
 }
 
 QMdiSubWindow* WMenu::FindForm(std::string_view name) const {
