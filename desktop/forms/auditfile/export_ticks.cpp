@@ -27,6 +27,7 @@ struct ExportTicks::Row {
   bool ExportOptions::*option;
   std::string_view count = {};
   std::string_view picture = {};
+  bool begins = false;                    // a group of its own
   bool ExportChoices::*choice = nullptr;  // what enables it; the sections are always enabled
 };
 
@@ -34,7 +35,7 @@ struct ExportTicks::Row {
 const ExportTicks::Row ExportTicks::kRows[] = {
     {"chkHeader", "Header - Identificação da Empresa", &ExportOptions::chkHeader},
     {"chkPOCGeneralLedger", sections::kPOCGeneralLedger.caption, &ExportOptions::chkPOCGeneralLedger,
-     "lblPOCGeneralLedger", "picPOCGeneralLedger"},
+     "lblPOCGeneralLedger", "picPOCGeneralLedger", true},
     {"chkPOCCustomer", sections::kPOCCustomer.caption, &ExportOptions::chkPOCCustomer, "lbPOCCustomer",
      "picPOCCustomer"},
     {"chkPOCSupplier", sections::kPOCSupplier.caption, &ExportOptions::chkPOCSupplier, "lblPOCSupplier",
@@ -44,31 +45,26 @@ const ExportTicks::Row ExportTicks::kRows[] = {
     {"chkPOCGeneralLedgerEntries", sections::kPOCGeneralLedgerEntries.caption,
      &ExportOptions::chkPOCGeneralLedgerEntries, "lblPOCGeneralLedgerEntries", "picPOCGeneralLedgerEntries"},
     {"chkGESTCustomer", sections::kGESTCustomer.caption, &ExportOptions::chkGESTCustomer, "lblGESTCustomer",
-     "picGESTCustomer"},
+     "picGESTCustomer", true},
     {"chkGESTProduct", sections::kGESTProduct.caption, &ExportOptions::chkGESTProduct, "lblGESTProduct",
      "picGESTProduct"},
     {"chkGESTTaxTable", sections::kGESTTaxTable.caption, &ExportOptions::chkGESTTaxTable, "lblGESTTaxTable",
      "picGESTTaxTable"},
     {"chkGESTSourceDocuments", sections::kGESTSourceDocuments.caption, &ExportOptions::chkGESTSourceDocuments,
      "lblGESTSourceDocuments", "picGESTSourceDocuments"},
-    {"chkPorMeses",
-     "Dividir Ficheiro por Meses",
-     &ExportOptions::chkPorMeses,
-     {},
-     {},
-     &ExportChoices::chkPorMeses},
-    {"chkFacturacaoAcum",
-     "Acumulativo Facturação",
-     &ExportOptions::chkFacturacaoAcum,
-     {},
-     {},
-     &ExportChoices::chkFacturacaoAcum},
-    {"chkContabilAcum",
-     "Acumulativo Contabilidade",
-     &ExportOptions::chkContabilAcum,
-     {},
-     {},
-     &ExportChoices::chkContabilAcum},
+    {.tick = "chkPorMeses",
+     .caption = "Dividir Ficheiro por Meses",
+     .option = &ExportOptions::chkPorMeses,
+     .begins = true,
+     .choice = &ExportChoices::chkPorMeses},
+    {.tick = "chkFacturacaoAcum",
+     .caption = "Acumulativo Facturação",
+     .option = &ExportOptions::chkFacturacaoAcum,
+     .choice = &ExportChoices::chkFacturacaoAcum},
+    {.tick = "chkContabilAcum",
+     .caption = "Acumulativo Contabilidade",
+     .option = &ExportOptions::chkContabilAcum,
+     .choice = &ExportChoices::chkContabilAcum},
 };
 
 ExportTicks::ExportTicks(QWidget* parent) : QFrame(parent) {
@@ -81,7 +77,8 @@ ExportTicks::ExportTicks(QWidget* parent) : QFrame(parent) {
 }
 
 void ExportTicks::AddRow(const Row& row, QGridLayout* grid) {
-  const int place = grid->rowCount();
+  if (row.begins) grid->setRowMinimumHeight(grid->rowCount(), kSpacing);
+  const int place = grid->rowCount() + (row.begins ? 1 : 0);
   Controls controls{&row, new QCheckBox(ToQt(row.caption), this), nullptr, nullptr};
   controls.tick->setObjectName(ToQt(row.tick));
   grid->addWidget(controls.tick, place, kTickColumn);

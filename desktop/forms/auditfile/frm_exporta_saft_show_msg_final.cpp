@@ -41,7 +41,7 @@ frmExportaSAFTShowMsgFinal::frmExportaSAFTShowMsgFinal(Desk& desk, PathOpener op
       List1_(new QListWidget(this)) {
   SetCaption(auditfile::kFilesTitle);
   List1_->setObjectName("List1");
-  List1_->setMinimumSize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 14);
+  List1_->setMinimumSize(fontMetrics().averageCharWidth() * 110, fontMetrics().height() * 14);
   connect(List1_, &QListWidget::itemActivated, this, [this] { open_(Chosen()); });
   auto* label = new QLabel("Foram gerados os seguintes ficheiros:", this);
   label->setBuddy(List1_);

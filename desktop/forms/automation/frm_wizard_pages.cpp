@@ -23,11 +23,18 @@ namespace korvel::desktop {
 namespace {
 
 constexpr std::string_view kStepsLayout = "Chave,0/Tabela,3600/Relatório,1400,D/";
+constexpr int kWidth = 1080, kHeight = 640;
+constexpr int kYearCharacters = 4, kDateCharacters = 10;
 constexpr std::string_view kTaxesKey = "C_Impostos";
 
 /// The names of a step's buttons begin with this; those of the suppliers are shorter than their key.
 std::string ButtonPrefix(std::string_view key) {
   return "cmd" + std::string(key == "C_Fornecedores" ? "C_Fornece" : key) + "_";
+}
+
+/// Wide enough for so many digits.
+void Widen(QLineEdit* box, int characters) {
+  box->setMinimumWidth(box->fontMetrics().horizontalAdvance('0') * (characters + 3));
 }
 
 /// A button with a key that its caption does not show.
@@ -66,6 +73,7 @@ frmWizard::frmWizard(Desk& desk, QWidget* parent)
           [this] { ChooseRow(); });
   AddPages();
   Arrange();
+  resize(kWidth, kHeight);
 }
 
 void frmWizard::Arrange() {
@@ -86,9 +94,11 @@ void frmWizard::Arrange() {
 }
 
 QLayout* frmWizard::ArrangeInputs() {
-  FieldGrid fields(3);
+  Widen(txtAno_, kYearCharacters);
+  for (QLineEdit* date : {edatStartDate_, edatEndDate_}) Widen(date, kDateCharacters);
+  FieldGrid fields(5);
   fields.Add("A&no", txtAno_);
-  fields.Add("&Mês", eselMes_, 2);
+  fields.Add("&Mês", eselMes_);
   fields.Add("Data &Inicial", edatStartDate_);
   fields.Add("Data Fina&l", edatEndDate_);
   fields.Add("&Tipo de Sistema", eselTaxAccountingBasis_);
