@@ -12,6 +12,7 @@ namespace korvel::desktop {
 
 namespace {
 
+constexpr int kWidth = 820, kHeight = 590;
 constexpr std::array<std::string_view, 2> kYesNo{"&Sim", "&Não"};
 
 }  // namespace
@@ -23,6 +24,7 @@ frmExportaSAFT::frmExportaSAFT(Desk& desk, QWidget* parent)
       ticks_(nullptr) {
   eselFiscalYear_->onChange = [this] { ChoosePeriod(); };
   Arrange();
+  resize(kWidth, kHeight);
 }
 
 void frmExportaSAFT::Arrange() {
