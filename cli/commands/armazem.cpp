@@ -6,9 +6,9 @@
 #include "cli/assignments.h"
 #include "cli/commands.h"
 #include "cli/failures.h"
-#include "cli/stored_warehouses.h"
 #include "data/collation.h"
 #include "periods/parameters.h"
+#include "periods/warehouses.h"
 #include "toolkit/options.h"
 #include "toolkit/text.h"
 
@@ -55,7 +55,7 @@ class ArmazemDefinir final : public Command {
     workspace.EnterCompany();
     auto company = workspace.OpenCompany();
     const auto parameters = periods::ReadParameters(*company).value_or(periods::Parameters{});
-    auto warehouses = StoredWarehouses(*company);
+    auto warehouses = periods::StoredWarehouses(*company);
     company.reset();
     for (const Assignment& given : assignments) Classify(warehouses, given);
     return periods::GravarParametros(workspace.Context(), parameters, warehouses);

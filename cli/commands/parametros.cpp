@@ -7,9 +7,9 @@
 #include "cli/assignments.h"
 #include "cli/commands.h"
 #include "cli/failures.h"
-#include "cli/stored_warehouses.h"
 #include "periods/parameter_columns.h"
 #include "periods/parameters.h"
+#include "periods/warehouses.h"
 #include "toolkit/text.h"
 
 namespace korvel::cli {
@@ -83,7 +83,7 @@ class ParametrosDefinir final : public Command {
     workspace.EnterCompany();
     auto company = workspace.OpenCompany();
     Parameters parameters = periods::ReadParameters(*company).value_or(Parameters{});
-    const auto warehouses = StoredWarehouses(*company);
+    const auto warehouses = periods::StoredWarehouses(*company);
     company.reset();
     for (const Assignment& given : assignments) {
       std::visit(Typing(parameters, given), FindColumn(columns, given.name).form);

@@ -24,9 +24,18 @@ Classifications ReadClassifications(data::Connection& company) {
 
 }  // namespace
 
+std::vector<Warehouse> StoredWarehouses(data::Connection& company) {
+  std::vector<Warehouse> stored;
+  auto rows = company.Query("Select Armazem,Classificacao from TabArmazens order by NumRegisto");
+  for (; !rows.Eof(); rows.MoveNext()) {
+    stored.push_back({std::string(rows.Text("Armazem")), {}, std::string(rows.Text("Classificacao"))});
+  }
+  return stored;
+}
+
 std::vector<Warehouse> CarregarArmazens(const session::Context& context, data::Connection& company) {
   session::ConnectionPtr billing;
-  if (!session::AbreConnection_bln(context, billing, session::kBrevant)) return {};
+  if (!session::AbreConnection_bln(context, billing, session::kBrevant)) return StoredWarehouses(company);
   const Classifications known = ReadClassifications(company);
   std::vector<Warehouse> warehouses;
   auto rows =

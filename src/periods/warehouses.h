@@ -21,8 +21,11 @@ inline constexpr std::string_view kClassificacaoList =
     "PT:PT - Portugal Continental;PT-AC:PT-AC - Região Autónoma dos Açores;PT-MA:PT-MA - Região Autónoma da "
     "Madeira;";
 
-/// `cmdCarregarArmazens`: the warehouses of the billing product with what `TabArmazens` says of them. Empty
-/// when the product's database does not open. Throws data::Error.
+/// The warehouses as `TabArmazens` holds them, without descriptions. Throws data::Error.
+std::vector<Warehouse> StoredWarehouses(data::Connection& company);
+
+/// `cmdCarregarArmazens`: the warehouses of the billing product with what `TabArmazens` says of them. The stored ones
+/// when the product's database does not open, so that saving them does not lose them. Throws data::Error.
 std::vector<Warehouse> CarregarArmazens(const session::Context& context, data::Connection& company);
 
 /// Replaces `TabArmazens` as a whole. Belongs inside a transaction.

@@ -26,6 +26,10 @@ TEST_F(Warehouses, CarryWhatWasClassifiedBefore) {
   ReplaceWarehouses(*company, warehouses);
   EXPECT_EQ(Rows("select Armazem,Classificacao from TabArmazens order by NumRegisto"),
             (std::vector<std::string>{"A\t", "b\tPT-AC"}));
+  Script("update ParamGeral set DBase_Brevant='Falta'");
+  const auto kept = CarregarArmazens(context, *company);
+  ASSERT_EQ(kept.size(), 2U) << "without the product what is stored stays";
+  EXPECT_EQ(kept[1].classificacao, "PT-AC");
 }
 
 }  // namespace

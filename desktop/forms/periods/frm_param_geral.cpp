@@ -61,8 +61,8 @@ bool frmParamGeral::Load() {
   brevant_->SetLocation(parameters.brevant);
   lunder_->SetLocation(parameters.lunder);
   bindings_.Show(parameters);
-  if ((*stored)->hasRow && !toolkit::IsBlank(parameters.brevant.server)) {
-    CarregarTiposMov();
+  if ((*stored)->hasRow) {
+    if (!toolkit::IsBlank(parameters.brevant.server)) CarregarTiposMov();
     CarregarArmazens();
   }
   const auto links = desk_.Try([&](const session::Context& context) {
@@ -108,10 +108,9 @@ void frmParamGeral::CarregarArmazens() {
     if (!company) return {};
     return periods::CarregarArmazens(context, *company);
   });
+  if (!warehouses) return;
   periods::Grid rows;
-  if (warehouses) {
-    for (const periods::Warehouse& warehouse : *warehouses) rows.push_back(RowOf(warehouse));
-  }
+  for (const periods::Warehouse& warehouse : *warehouses) rows.push_back(RowOf(warehouse));
   lvwArmazens_->Model().SetRows(std::move(rows));
   if (!lvwArmazens_->Model().Rows().empty()) lvwArmazens_->SelectRow(0);
 }
