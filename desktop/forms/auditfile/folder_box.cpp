@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QHideEvent>
 #include <QShortcut>
 #include <QTimer>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBoxLayout>
 #include <QTabWidget>
 #include <span>
 #include <string_view>
