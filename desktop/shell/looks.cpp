@@ -1,6 +1,7 @@
 #include "shell/looks.h"
 
 #include <QApplication>
+#include <QFont>
 #include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>

@@ -52,13 +52,19 @@ void GridView::SetUpColumns() {
   QHeaderView* header = horizontalHeader();
   header->setSectionsClickable(true);
   header->setHighlightSections(false);
+  header->setStretchLastSection(true);
   header->setMinimumSectionSize(fontMetrics().averageCharWidth());
   const auto& columns = model_.Columns();
   for (std::size_t i = 0; i < columns.size(); ++i) {
     const int column = static_cast<int>(i);
     setColumnHidden(column, columns[i].width == 0);
-    if (columns[i].width > 0) setColumnWidth(column, columns[i].width * logicalDpiX() / kTwipsPerInch);
+    if (columns[i].width > 0) setColumnWidth(column, FirstWidth(column, columns[i].width));
   }
+}
+
+/// As wide as the layout has it, and never narrower than the heading.
+int GridView::FirstWidth(int column, int twips) const {
+  return std::max(twips * logicalDpiX() / kTwipsPerInch, horizontalHeader()->sectionSizeHint(column));
 }
 
 void GridView::SortOn(int column) {

@@ -42,6 +42,7 @@ class GridView : public QTableView {
  private:
   void SetUp();
   void SetUpColumns();
+  int FirstWidth(int column, int twips) const;
   void SortOn(int column);
   bool ActOn(const QKeyEvent& event);
   void Find();
