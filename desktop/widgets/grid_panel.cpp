@@ -1,6 +1,7 @@
 #include "widgets/grid_panel.h"
 
 #include <QHeaderView>
+#include <QHideEvent>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>

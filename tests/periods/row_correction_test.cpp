@@ -18,8 +18,12 @@ TEST(RowCorrection, ColumnsAreFoundByTheirStagedNames) {
   EXPECT_EQ(ColumnOf(kTable, "WebSite"), 2U);
   EXPECT_FALSE(ColumnOf(kTable, "CustomerID"));
   for (const CorrectionField& field : CustomerFields()) {
-    if (field.column == "CustomerTaxID") EXPECT_EQ(ColumnOf(kTable, field), 1U);
-    if (field.column == "CustomerID") EXPECT_FALSE(ColumnOf(kTable, field));
+    if (field.column == "CustomerTaxID") {
+      EXPECT_EQ(ColumnOf(kTable, field), 1U);
+    }
+    if (field.column == "CustomerID") {
+      EXPECT_FALSE(ColumnOf(kTable, field));
+    }
   }
 }
 
