@@ -80,6 +80,18 @@ class BlockCiphers : public testing::Test {
       return std::string(error.what()) == Error() && data == container;
     }
   }
+  /// Opens the container into a text of its size, or refuses it and leaves it alone. A function of its own: a caller
+  /// that catches in a loop loses stack with each exception in an unoptimized build.
+  void OpensOrRefuses(const std::string& container) {
+    std::string data = container;
+    try {
+      cipher.DecryptByte(data);
+      ASSERT_GE(container.size(), data.size() + 12);
+      ASSERT_LT(container.size(), data.size() + 12 + kBlock);
+    } catch (const CipherError&) {
+      ASSERT_TRUE(data == container);
+    }
+  }
   static std::string Error() {
     const char* name = kBlock == 8 ? "Blowfish" : "Twofish";
     return std::string("Incorrect size descriptor in ") + name + " decryption";
@@ -193,14 +205,7 @@ TYPED_TEST(BlockCiphers, SurviveHostileContainers) {
   while (fuzz.Goes()) {
     const std::string good = this->Enciphered(fuzz.Bytes(fuzz.Below(100)));
     const std::string hostile = fuzz.Chance(4) ? fuzz.Bytes(fuzz.Below(200)) : fuzz.Mutated(good, good);
-    std::string data = hostile;
-    try {
-      this->cipher.DecryptByte(data);
-      ASSERT_GE(hostile.size(), data.size() + 12) << fuzz.Rounds();
-      ASSERT_LT(hostile.size(), data.size() + 12 + this->kBlock) << fuzz.Rounds();
-    } catch (const CipherError&) {
-      ASSERT_TRUE(data == hostile) << fuzz.Rounds();
-    }
+    ASSERT_NO_FATAL_FAILURE(this->OpensOrRefuses(hostile)) << fuzz.Rounds();
   }
 }
 

@@ -96,7 +96,7 @@ Login ReadLogin(std::string_view payload) {
   login.application = FromUtf16(FieldBytes(head, message));
   login.server = FromUtf16(FieldBytes(head, message));
   FieldBytes(head, message);  // extensions
-  login.library = FromUtf16(FieldBytes(head, message));
+  login.clientLibrary = FromUtf16(FieldBytes(head, message));
   login.language = FromUtf16(FieldBytes(head, message));
   login.database = FromUtf16(FieldBytes(head, message));
   return login;

@@ -28,7 +28,7 @@ struct Login {
   std::string password;
   std::string application;
   std::string server;
-  std::string library;
+  std::string clientLibrary;
   std::string language;
   std::string database;
   bool integratedSecurity = false;
