@@ -1,5 +1,7 @@
 #include "data/embedded/catalogue.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 
@@ -49,6 +51,40 @@ Error Damaged(const Store& store) {
                 "O ficheiro da base de dados " + store.Name() + " não é deste sistema ou está danificado");
 }
 
+using ObjectsById = std::map<std::int64_t, std::shared_ptr<Object>>;
+
+/// The end of a statement that reads all objects or only one.
+std::string Where(std::string_view column, std::optional<std::int64_t> only) {
+  return only ? fmt::format(" WHERE {}={}", column, *only) : std::string();
+}
+
+void ReadColumns(Store& store, std::optional<std::int64_t> only, const ObjectsById& objects) {
+  Prepared rows = store.Prepare(
+      "SELECT object, ordinal, name, type, length, precision, scale, nullable, identity, default_text, "
+      R"(default_name FROM "$columns")" +
+      Where("object", only) + " ORDER BY object, ordinal");
+  while (rows.Step()) {
+    const auto owner = objects.find(rows.Integer(0));
+    const auto type = TypeByName(rows.Text(3), -1, -1);
+    if (owner == objects.end() || !type) throw Damaged(store);
+    const auto number = [&](int column) { return static_cast<int>(rows.Integer(column)); };
+    owner->second->columns.push_back(
+        {number(1), std::string(rows.Text(2)), ColumnType{type->base, number(4), number(5), number(6)},
+         rows.Integer(7) != 0, rows.Integer(8) != 0, std::string(rows.Text(9)), std::string(rows.Text(10))});
+  }
+}
+
+void ReadKeys(Store& store, std::optional<std::int64_t> only, const ObjectsById& objects) {
+  Prepared rows = store.Prepare(R"(SELECT object, name, kind, is_unique, clustered, columns FROM "$keys")" +
+                                Where("object", only));
+  while (rows.Step()) {
+    const auto owner = objects.find(rows.Integer(0));
+    if (owner == objects.end()) continue;
+    owner->second->keys.push_back({KindOf(rows.Text(2)), std::string(rows.Text(1)), rows.Integer(3) != 0,
+                                   rows.Integer(4) != 0, ColumnNames(*owner->second, rows.Text(5))});
+  }
+}
+
 }  // namespace
 
 const Column* Object::FindColumn(std::string_view column) const {
@@ -91,58 +127,46 @@ std::shared_ptr<const Catalogue> Catalogue::Load(Store& store) {
     throw Damaged(store);
   }
   auto catalogue = std::make_shared<Catalogue>();
-  catalogue->version_ = VersionOf(store);
-  catalogue->ReadObjects(store);
-  catalogue->ReadColumns(store);
-  catalogue->ReadKeys(store);
+  catalogue->Read(store, {});
   return catalogue;
 }
 
-void Catalogue::ReadObjects(Store& store) {
-  Prepared rows = store.Prepare(R"(SELECT id, name, kind, text FROM "$objects")");
+std::shared_ptr<const Catalogue> Catalogue::Reread(Store& store, const Catalogue& before,
+                                                   std::int64_t object) {
+  auto catalogue = std::make_shared<Catalogue>(before);
+  catalogue->Drop(object);
+  catalogue->Read(store, object);
+  return catalogue;
+}
+
+void Catalogue::Read(Store& store, std::optional<std::int64_t> only) {
+  version_ = VersionOf(store);
+  ObjectsById read;
+  Prepared rows = store.Prepare(R"(SELECT id, name, kind, text FROM "$objects")" + Where("id", only));
   while (rows.Step()) {
     if (rows.Text(2) == "P") {
       procedures_[LowerName(rows.Text(1))] = {rows.Integer(0), std::string(rows.Text(1)),
                                               std::string(rows.Text(3))};
       continue;
     }
-    Object& object = objects_[LowerName(rows.Text(1))];
+    Object& object = *read.emplace(rows.Integer(0), std::make_shared<Object>()).first->second;
     object.id = rows.Integer(0);
     object.name = rows.Text(1);
     object.view = rows.Text(2) == "V";
-    byId_[object.id] = &object;
   }
+  ReadColumns(store, only, read);
+  ReadKeys(store, only, read);
+  for (auto& [id, object] : read) objects_[LowerName(object->name)] = std::move(object);
 }
 
-void Catalogue::ReadColumns(Store& store) {
-  Prepared rows = store.Prepare(
-      "SELECT object, ordinal, name, type, length, precision, scale, nullable, identity, default_text, "
-      "default_name "
-      R"(FROM "$columns" ORDER BY object, ordinal)");
-  while (rows.Step()) {
-    const auto owner = byId_.find(rows.Integer(0));
-    const auto type = TypeByName(rows.Text(3), -1, -1);
-    if (owner == byId_.end() || !type) throw Damaged(store);
-    const auto number = [&](int column) { return static_cast<int>(rows.Integer(column)); };
-    owner->second->columns.push_back(
-        {number(1), std::string(rows.Text(2)), ColumnType{type->base, number(4), number(5), number(6)},
-         rows.Integer(7) != 0, rows.Integer(8) != 0, std::string(rows.Text(9)), std::string(rows.Text(10))});
-  }
-}
-
-void Catalogue::ReadKeys(Store& store) {
-  Prepared rows = store.Prepare(R"(SELECT object, name, kind, is_unique, clustered, columns FROM "$keys")");
-  while (rows.Step()) {
-    const auto owner = byId_.find(rows.Integer(0));
-    if (owner == byId_.end()) continue;
-    owner->second->keys.push_back({KindOf(rows.Text(2)), std::string(rows.Text(1)), rows.Integer(3) != 0,
-                                   rows.Integer(4) != 0, ColumnNames(*owner->second, rows.Text(5))});
-  }
+void Catalogue::Drop(std::int64_t object) {
+  std::erase_if(objects_, [&](const auto& entry) { return entry.second->id == object; });
+  std::erase_if(procedures_, [&](const auto& entry) { return entry.second.id == object; });
 }
 
 const Object* Catalogue::Find(std::string_view name) const {
   const auto found = objects_.find(LowerName(name));
-  return found == objects_.end() ? nullptr : &found->second;
+  return found == objects_.end() ? nullptr : found->second.get();
 }
 
 const ProcedureEntry* Catalogue::FindProcedure(std::string_view name) const {
@@ -157,7 +181,9 @@ std::optional<std::int64_t> Catalogue::IdOf(std::string_view name) const {
 }
 
 std::string Catalogue::NameOf(std::int64_t id) const {
-  if (const auto found = byId_.find(id); found != byId_.end()) return found->second->name;
+  for (const auto& [lower, object] : objects_) {
+    if (object->id == id) return object->name;
+  }
   for (const auto& [lower, procedure] : procedures_) {
     if (procedure.id == id) return procedure.name;
   }

@@ -52,6 +52,8 @@ class Catalogue {
   static void MarkFile(Store& store);
   /// Throws Error (native 824) when the file is no database of this system.
   static std::shared_ptr<const Catalogue> Load(Store& store);
+  /// `before` with one object, which may be new or gone, and the version as they are now. Objects that stay are shared.
+  static std::shared_ptr<const Catalogue> Reread(Store& store, const Catalogue& before, std::int64_t object);
   /// The number that every change of a schema raises.
   static std::int64_t VersionOf(Store& store);
   static void RaiseVersion(Store& store);
@@ -59,7 +61,7 @@ class Catalogue {
   std::int64_t Version() const { return version_; }
   const Object* Find(std::string_view name) const;
   /// By lower-case name, in that order.
-  const std::map<std::string, Object>& Objects() const { return objects_; }
+  const std::map<std::string, std::shared_ptr<const Object>>& Objects() const { return objects_; }
 
   const ProcedureEntry* FindProcedure(std::string_view name) const;
   const std::map<std::string, ProcedureEntry>& Procedures() const { return procedures_; }
@@ -68,13 +70,11 @@ class Catalogue {
   std::string NameOf(std::int64_t id) const;
 
  private:
-  void ReadObjects(Store& store);
-  void ReadColumns(Store& store);
-  void ReadKeys(Store& store);
+  void Read(Store& store, std::optional<std::int64_t> only);
+  void Drop(std::int64_t object);
 
   std::int64_t version_ = 0;
-  std::map<std::string, Object> objects_;
-  std::map<std::int64_t, Object*> byId_;
+  std::map<std::string, std::shared_ptr<const Object>> objects_;
   std::map<std::string, ProcedureEntry> procedures_;
 };
 

@@ -26,14 +26,16 @@ Database::Database(std::string name, std::int64_t id, std::unique_ptr<Store> sto
 std::shared_ptr<const Catalogue> Database::Now() {
   const std::int64_t now = version_.Step() ? version_.Integer(0) : 0;
   version_.Reset();
-  if (stale_ || now != catalogue_->Version()) {
-    index_.clear();
-    entries_.clear();
-    procedures_.clear();
-    catalogue_ = Catalogue::Load(*store_);
-    stale_ = false;
-  }
+  if (stale_ || now != catalogue_->Version()) Take(Catalogue::Load(*store_));
   return catalogue_;
+}
+
+void Database::Take(std::shared_ptr<const Catalogue> changed) {
+  index_.clear();
+  entries_.clear();
+  procedures_.clear();
+  catalogue_ = std::move(changed);
+  stale_ = false;
 }
 
 void Database::Forget() {

@@ -32,6 +32,8 @@ class Database {
   Store& File() { return *store_; }
   /// As the file has it now; a change, also by another process, drops the statements kept.
   std::shared_ptr<const Catalogue> Now();
+  /// For after a change of the schema that this connection has made itself: as Now() will give it.
+  void Take(std::shared_ptr<const Catalogue> changed);
   /// For after a rollback, which may have taken changes of the schema back.
   void Forget();
 

@@ -247,7 +247,7 @@ bool Execution::OpenPending() {
 
 void Execution::RunSchema(const Statement& statement) {
   session_->RequireFor(statement);
-  SchemaWriter writer(database_->File(), database_->Name());
+  SchemaWriter writer(*database_);
   std::visit(Overloaded{
                  [&](const CreateView& create) {
                    writer.Apply(create, TranslateQuery(*create.query, session_->Around(), {}));

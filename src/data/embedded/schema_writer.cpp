@@ -73,8 +73,11 @@ void RequireColumns(const std::vector<ColumnDefinition>& columns) {
 
 }  // namespace
 
-SchemaWriter::SchemaWriter(Store& store, std::string database)
-    : store_(store), write_(store), around_{Catalogue::Load(store), std::move(database), {}} {
+SchemaWriter::SchemaWriter(Database& database)
+    : database_(database),
+      store_(database.File()),
+      write_(store_),
+      around_{database.Now(), database.Name(), {}} {
   around_.systemTable = [](std::string_view, std::string_view) { return std::optional<RowTable>(); };
 }
 
@@ -94,7 +97,7 @@ void SchemaWriter::Apply(const CreateTable& create) {
       Change("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)", {create.table.name, column.seed - 1});
     }
   }
-  Reload();
+  Reload(id);
   for (const KeyDefinition& key : create.keys) {
     if (key.kind == KeyKind::PrimaryKey) {
       // The columns of a primary key made with its table refuse NULL, said or not.
@@ -102,11 +105,11 @@ void SchemaWriter::Apply(const CreateTable& create) {
         Change(R"(UPDATE "$columns" SET nullable=0 WHERE object=?1 AND name=?2 COLLATE NOCASE)",
                {id, column});
       }
-      Reload();
+      Reload(id);
     }
     AddKey(Table(create.table), key);
   }
-  Finish();
+  Finish(id);
 }
 
 void SchemaWriter::Apply(const CreateView& create, const Translation& query) {
@@ -134,12 +137,12 @@ void SchemaWriter::Apply(const CreateView& create, const Translation& query) {
   RequireColumns(columns);
   for (std::size_t i = 0; i < columns.size(); ++i)
     AddCatalogueColumn(id, static_cast<int>(i) + 1, columns[i]);
-  Finish();
+  Finish(id);
 }
 
 void SchemaWriter::Apply(const CreateIndex& create) {
   AddKey(Table(create.table), create.key);
-  Finish();
+  Finish(Table(create.table).id);
 }
 
 void SchemaWriter::Apply(const DropIndex& drop) {
@@ -151,7 +154,7 @@ void SchemaWriter::Apply(const DropIndex& drop) {
         fmt::format("Não é possível eliminar o índice '{}.{}', porque não existe", table.name, drop.index));
   }
   DropKey(table, *key);
-  Finish();
+  Finish(table.id);
 }
 
 void SchemaWriter::Apply(const DropObject& drop) {
@@ -164,7 +167,7 @@ void SchemaWriter::Apply(const DropObject& drop) {
   Change(R"(DELETE FROM "$objects" WHERE id=?1)", {object->id});
   Change(R"(DELETE FROM "$columns" WHERE object=?1)", {object->id});
   Change(R"(DELETE FROM "$keys" WHERE object=?1)", {object->id});
-  Finish();
+  Finish(object->id);
 }
 
 void SchemaWriter::Apply(const AddColumns& add) {
@@ -172,14 +175,14 @@ void SchemaWriter::Apply(const AddColumns& add) {
   int ordinal = table.columns.empty() ? 0 : table.columns.back().ordinal;
   RequireColumns(add.columns);
   for (const ColumnDefinition& column : add.columns) AddColumn(table, ++ordinal, column);
-  Reload();
+  Reload(table.id);
   for (const ColumnDefinition& column : add.columns) {
     const Object& now = Table(add.table);
     // A default fills the rows that are there only where the column could not be empty.
     if (!column.nullable) FillDefault(now, *now.FindColumn(column.name));
   }
   for (const KeyDefinition& key : add.keys) AddKey(Table(add.table), key);
-  Finish();
+  Finish(table.id);
 }
 
 void SchemaWriter::AddColumn(const Object& table, int ordinal, const ColumnDefinition& column) {
@@ -204,7 +207,7 @@ void SchemaWriter::Apply(const AddDefault& add) {
   const std::string name = add.name.empty() ? fmt::format("DF_{}_{}", table.name, column->name) : add.name;
   Change(R"(UPDATE "$columns" SET default_text=?1, default_name=?2 WHERE object=?3 AND ordinal=?4)",
          {add.text, name, table.id, std::int64_t{column->ordinal}});
-  Finish();
+  Finish(table.id);
 }
 
 void SchemaWriter::Apply(const AlterColumn& alter) {
@@ -227,7 +230,7 @@ void SchemaWriter::Apply(const AlterColumn& alter) {
             WHERE object=?6 AND ordinal=?7)",
          {TypeName(to.base), std::int64_t{to.length}, std::int64_t{to.precision}, std::int64_t{to.scale},
           std::int64_t{alter.column.nullable}, table.id, std::int64_t{column->ordinal}});
-  Finish();
+  Finish(table.id);
 }
 
 /// Rows are touched only when their stored values change, or may not fit.
@@ -254,9 +257,9 @@ void SchemaWriter::Apply(const DropColumn& drop) {
     store_.Run(fmt::format("ALTER TABLE {} DROP COLUMN {}", QuoteName(table.name), QuoteName(column->name)));
     Change(R"(DELETE FROM "$columns" WHERE object=?1 AND ordinal=?2)",
            {table.id, std::int64_t{column->ordinal}});
-    Reload();
+    Reload(table.id);
   }
-  Finish();
+  Finish(Table(drop.table).id);
 }
 
 void SchemaWriter::Apply(const DropConstraint& drop) {
@@ -274,7 +277,7 @@ void SchemaWriter::Apply(const DropConstraint& drop) {
     throw Failed(Code::NoConstraint,
                  "'" + drop.name + "' não é uma restrição da tabela '" + table.name + "'");
   }
-  Finish();
+  Finish(table.id);
 }
 
 /// The identity starts again at its seed of 1.
@@ -287,29 +290,33 @@ void SchemaWriter::Apply(const Truncate& truncate) {
 
 void SchemaWriter::Apply(const CreateProcedure& create) {
   const ProcedureEntry* present = FindProcedure(create.procedure, around_);
+  std::int64_t id = 0;
   if (!create.alters) {
     RequireFree(create.procedure);
     RequireName(create.procedure.name);
-    AddObject(create.procedure.name, 'P', create.text);
+    id = AddObject(create.procedure.name, 'P', create.text);
   } else if (present != nullptr) {
-    Change(R"(UPDATE "$objects" SET text=?1 WHERE id=?2)", {create.text, present->id});
+    id = present->id;
+    Change(R"(UPDATE "$objects" SET text=?1 WHERE id=?2)", {create.text, id});
   } else {
     throw Failed(Code::NoTable, "Nome de objecto inválido: '" + create.procedure.name + "'");
   }
-  Finish();
+  Finish(id);
 }
 
 void SchemaWriter::Apply(const DropProcedure& drop) {
+  std::int64_t id = 0;
   for (const ObjectName& name : drop.procedures) {
     const ProcedureEntry* present = FindProcedure(name, around_);
     if (present == nullptr) {
       throw Failed(Code::NoObjectToDrop,
                    fmt::format("Não é possível eliminar o procedimento '{}', porque não existe", name.name));
     }
-    Change(R"(DELETE FROM "$objects" WHERE id=?1)", {present->id});
-    Reload();
+    id = present->id;
+    Change(R"(DELETE FROM "$objects" WHERE id=?1)", {id});
+    Reload(id);
   }
-  Finish();
+  Finish(id);
 }
 
 const Object& SchemaWriter::Table(const ObjectName& name) const {
@@ -373,7 +380,7 @@ void SchemaWriter::AddKey(const Object& table, KeyDefinition key) {
   Change(R"(INSERT INTO "$keys" VALUES (?1,?2,?3,?4,?5,?6))",
          {table.id, key.name, KindText(key.kind), std::int64_t{key.unique}, std::int64_t{key.clustered},
           ordinals});
-  Reload();
+  Reload(table.id);
 }
 
 void SchemaWriter::CreateStoreIndex(const Object& table, const KeyDefinition& key) {
@@ -429,13 +436,15 @@ void SchemaWriter::Change(std::string_view sql, std::initializer_list<Stored> va
   statement.Run();
 }
 
-void SchemaWriter::Reload() {
-  around_.catalogue = Catalogue::Load(store_);
+void SchemaWriter::Reload(std::int64_t object) {
+  around_.catalogue = Catalogue::Reread(store_, *around_.catalogue, object);
 }
 
-void SchemaWriter::Finish() {
+void SchemaWriter::Finish(std::int64_t object) {
   Catalogue::RaiseVersion(store_);
+  Reload(object);
   write_.Keep();
+  database_.Take(around_.catalogue);
 }
 
 }  // namespace korvel::data::embedded

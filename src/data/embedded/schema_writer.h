@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "data/embedded/catalogue.h"
+#include "data/embedded/database.h"
 #include "data/embedded/errors.h"
 #include "data/embedded/store.h"
 #include "data/embedded/translation.h"
@@ -12,11 +13,11 @@
 namespace korvel::data::embedded {
 
 /// Changes the schema of one database: the store's own tables and the catalogue beside them, in one write that is
-/// kept whole or not at all. The catalogue is read afresh inside that write, so that two processes cannot both make
+/// kept whole or not at all. The catalogue is taken as it is inside that write, so that two processes cannot both make
 /// one table. Serves one statement; Apply throws Error and leaves everything as it was.
 class SchemaWriter {
  public:
-  SchemaWriter(Store& store, std::string database);
+  explicit SchemaWriter(Database& database);
 
   void Apply(const CreateTable& create);
   void Apply(const CreateView& create, const Translation& query);
@@ -48,9 +49,11 @@ class SchemaWriter {
   void RewriteColumn(const Object& table, const Column& column, const ColumnDefinition& to);
   void FillDefault(const Object& table, const Column& column);
   void Change(std::string_view sql, std::initializer_list<Stored> values);
-  void Reload();
-  void Finish();
+  void Reload(std::int64_t object);
+  /// Keeps the change of one object.
+  void Finish(std::int64_t object);
 
+  Database& database_;
   Store& store_;
   AtomicWrite write_;
   Surroundings around_;

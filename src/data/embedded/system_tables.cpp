@@ -148,8 +148,8 @@ RowTable Objects(const ServerView& view) {
   RowTable table{{{"name", kName}, {"id", kInt}, {"xtype", kLetters}, {"type", kLetters}, {"uid", kSmall}},
                  {}};
   for (const auto& [lower, object] : view.catalogue.Objects()) {
-    const std::string kind = object.view ? "V" : "U";
-    table.rows.push_back({object.name, object.id, kind, kind, std::int64_t{1}});
+    const std::string kind = object->view ? "V" : "U";
+    table.rows.push_back({object->name, object->id, kind, kind, std::int64_t{1}});
   }
   for (const auto& [lower, procedure] : view.catalogue.Procedures()) {
     table.rows.push_back({procedure.name, procedure.id, "P", "P", std::int64_t{1}});
@@ -183,12 +183,12 @@ RowTable Columns(const ServerView& view) {
                   {"isnullable", kInt}},
                  {}};
   for (const auto& [lower, object] : view.catalogue.Objects()) {
-    for (const Column& column : object.columns) {
+    for (const Column& column : object->columns) {
       const ColumnType& type = column.type;
       const std::int64_t length = type.base == Type::Varchar ? type.length
                                   : IsExact(type)            ? PrecisionOf(type)
                                                              : 8;
-      table.rows.push_back({column.name, object.id, std::int64_t{column.ordinal},
+      table.rows.push_back({column.name, object->id, std::int64_t{column.ordinal},
                             std::int64_t{TypeNumber(type.base)}, length, length, std::int64_t{ScaleOf(type)},
                             std::int64_t{column.nullable}});
     }

@@ -19,8 +19,9 @@ RowTables Tables(const Site& site) {
     const bool asked =
         !site.arguments[3] || LowerName(*site.arguments[3]).find(LowerName(kind)) != std::string::npos;
     for (const auto& [lower, object] : site.view.catalogue.Objects()) {
-      if (!asked || object.view != views || !site.Passes(0, object.name) || !site.Passes(1, "dbo")) continue;
-      table.rows.push_back({std::string(site.view.database), "dbo", object.name, kind, Null{}});
+      if (!asked || object->view != views || !site.Passes(0, object->name) || !site.Passes(1, "dbo"))
+        continue;
+      table.rows.push_back({std::string(site.view.database), "dbo", object->name, kind, Null{}});
     }
   }
   return {std::move(table)};
@@ -101,9 +102,9 @@ RowTables Columns(const Site& site) {
                   {"IS_NULLABLE", kRemarks}},
                  {}};
   for (const auto& [lower, object] : site.view.catalogue.Objects()) {
-    if (!site.Passes(0, object.name) || !site.Passes(1, "dbo")) continue;
-    for (const Column& column : object.columns) {
-      if (site.Passes(3, column.name)) table.rows.push_back(ColumnRow(site, object, column));
+    if (!site.Passes(0, object->name) || !site.Passes(1, "dbo")) continue;
+    for (const Column& column : object->columns) {
+      if (site.Passes(3, column.name)) table.rows.push_back(ColumnRow(site, *object, column));
     }
   }
   return {std::move(table)};
@@ -122,13 +123,13 @@ RowTables Indexes(const Site& site) {
                   {"ASC_OR_DESC", Varchar(1)}},
                  {}};
   for (const auto& [lower, object] : site.view.catalogue.Objects()) {
-    if (!site.Passes(0, object.name)) continue;
-    for (const KeyDefinition& key : object.keys) {
+    if (!site.Passes(0, object->name)) continue;
+    for (const KeyDefinition& key : object->keys) {
       if (!site.Passes(1, key.name)) continue;
       std::int64_t place = 0;
       for (const std::string& column : key.columns) {
-        table.rows.push_back({std::string(site.view.database), "dbo", object.name, std::int64_t{!key.unique},
-                              object.name, key.name, std::int64_t{key.clustered ? 1 : 3}, ++place, column,
+        table.rows.push_back({std::string(site.view.database), "dbo", object->name, std::int64_t{!key.unique},
+                              object->name, key.name, std::int64_t{key.clustered ? 1 : 3}, ++place, column,
                               "A"});
       }
     }

@@ -189,7 +189,7 @@ RowTables ListObjects(const Site& site) {
   RowTable table{{{"Name", kName}, {"Owner", kName}, {"Object_type", Varchar(31)}}, {}};
   for (const bool views : {true, false}) {
     for (const auto& [lower, object] : site.view.catalogue.Objects()) {
-      if (object.view == views) table.rows.push_back({object.name, "dbo", views ? "view" : "user table"});
+      if (object->view == views) table.rows.push_back({object->name, "dbo", views ? "view" : "user table"});
     }
   }
   for (const auto& [lower, procedure] : site.view.catalogue.Procedures()) {
