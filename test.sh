@@ -4,4 +4,4 @@ set -euo pipefail
 cd "$(dirname "$0")"
 scripts/install.sh --tests
 scripts/build.sh release
-ctest --preset release "$@"
+scripts/run_tests.sh release "$@"
