@@ -39,7 +39,7 @@ class ActivityLog : public testing::Test, protected test::SecurityWorld {
   }
 };
 
-TEST_F(ActivityLog, LineWithItsMovement) {
+TEST_F(ActivityLog, LineHasItsMovementOrTheServersDateAndTime) {
   ASSERT_TRUE(InsertLog(context, {.module = module::kTables,
                                   .action = action::kNew,
                                   .text = "2010 - Padaria D'Avila",
@@ -51,9 +51,6 @@ TEST_F(ActivityLog, LineWithItsMovement) {
                                        "23:59\t2010 - Padaria D'Avila"));
   EXPECT_EQ(One("select count(*) from LogGeral where Data=convert(varchar(10),getdate(),120)"), "1")
       << "when it was written, not when the movement was";
-}
-
-TEST_F(ActivityLog, LineWithoutMovementTakesDateAndTimeFromTheServer) {
   ASSERT_TRUE(InsertLog(context, {module::kLogIn, action::kLogIn, "Entrou na Empresa 0001", "Log In"}));
   EXPECT_EQ(One("select count(*) from LogGeral where DataMov=Data and Hora like '[0-2][0-9]:[0-5][0-9]'"),
             "1");
@@ -87,9 +84,8 @@ TEST_F(ActivityLog, FailureIsSilentAndLeavesTheErrorOutputs) {
   EXPECT_EQ(server.session.gErroDescricao, "antes");
 }
 
-TEST_F(ActivityLog, OpensOnTheLastThreeDays) {
-  server.clock.now = {2026, 3, 1, 10, 0, 0, 0};
-  const LogFilter filter = DefaultLogFilter(server.clock);
+TEST(LogFilter, OpensOnTheLastThreeDays) {
+  const LogFilter filter = DefaultLogFilter(test::FixedClock({2026, 3, 1, 10, 0, 0, 0}));
   EXPECT_EQ(filter.dataInicial, "2026-02-27");
   EXPECT_EQ(filter.dataFinal, "2026-03-01");
 }
@@ -122,23 +118,19 @@ TEST_F(ActivityLog, Filters) {
 }
 
 TEST_F(ActivityLog, ListingIsGroupedByUserThenCompany) {
-  const auto line = [](std::string user, std::string company, std::string codes, std::string text) {
-    LogEntry entry;
-    entry.utilizador = std::move(user);
-    entry.codEmpresa = std::move(company);
-    entry.descEmpresa = "Nome";
-    entry.modulo = codes.substr(0, codes.find(' '));
-    entry.accao = codes.substr(codes.find(' ') + 1);
-    entry.valor = data::Currency::FromUnits(12345000);
-    entry.data = "2026-01-12";
-    entry.hora = "09:00";
-    entry.formCaption = "Janela";
-    entry.conteudo = std::move(text);
-    return entry;
+  const auto line = [](std::string user, std::string company, std::string module, std::string action,
+                       std::string text) {
+    return LogEntry{
+        user,         company, "Nome",  module, action, "Janela", data::Currency::FromUnits(12345000),
+        "2026-01-12", "",      "09:00", text};
   };
-  const std::vector<LogEntry> entries{line("rui", "0001", "TB N", "1"), line("Ana", "0002", "TB E", "2"),
-                                      line("ana", "0001", "G P", "3"),  line("rui", "0001", "T T", "4"),
-                                      line("ANA", "0002", "UT A", "5"), line("ana", "0001", "I I", "6")};
+  const std::vector<LogEntry> entries{
+      line("rui", "0001", "TB", "N", "1"), line("Ana", "0002", "TB", "E", "2"),
+      line("ana", "0001", "G", "P", "3"),  line("rui", "0001", "T", "T", "4"),
+      line("ANA", "0002", "UT", "A", "5"), line("ana", "0001", "I", "I", "6")};
+  EXPECT_FALSE(MakeLogListing(context, {}, {}));
+  EXPECT_EQ(server.dialogs.LastText(), "Não Existem Registos a Imprimir !");
+  EXPECT_EQ(server.dialogs.LastTitle(), "Informação :");
   const LogFilter filter{
       .accao = "E", .dataInicial = "2026-01-10", .horaInicial = "08:00", .horaFinal = "09:00"};
   const auto listing = MakeLogListing(context, filter, entries);
@@ -162,12 +154,6 @@ TEST_F(ActivityLog, ListingIsGroupedByUserThenCompany) {
       ElementsAre(testing::Pair("Acção : ", "Eliminação"), testing::Pair("Módulo : ", "Todos"),
                   testing::Pair("Utilizador :", "Todos"), testing::Pair("Data Inicial :", "10-01-2026"),
                   testing::Pair("Data Final :", ""), testing::Pair("Hora :", "08:00 - 09:00")));
-}
-
-TEST_F(ActivityLog, ListingWithoutLinesSaysSo) {
-  EXPECT_FALSE(MakeLogListing(context, {}, {}));
-  EXPECT_EQ(server.dialogs.LastText(), "Não Existem Registos a Imprimir !");
-  EXPECT_EQ(server.dialogs.LastTitle(), "Informação :");
 }
 
 }  // namespace

@@ -39,47 +39,14 @@ TEST(Catalogue, WhatCanBeGuarded) {
     EXPECT_EQ(IsGuardable(name, caption), guardable) << name << " " << caption;
 }
 
-TEST(Catalogue, FormsStandOnceInTheirOrderAndTheirKeysAreDistinct) {
+TEST(Catalogue, KeysAreDistinctAndFormsAreFoundInAnyCase) {
   std::set<std::string> keys;
   for (const CatalogueForm& form : RightsCatalogue()) {
     EXPECT_TRUE(keys.insert(toolkit::Upper(RightKey(form.name))).second) << form.name;
     for (const FormButton& button : form.buttons)
       EXPECT_TRUE(keys.insert(toolkit::Upper(RightKey(form.name, button.name))).second) << button.name;
+    EXPECT_EQ(FindForm(toolkit::Upper(form.name)), &form);
   }
-  EXPECT_EQ(RightsCatalogue().front().name, "frmLogGeral");
-  EXPECT_EQ(RightsCatalogue().back().name, "frmAAResponsavel");
-}
-
-TEST(Catalogue, HoldsEveryFormThatTheMainWindowGuards) {
-  const char* forms[] = {"frmTabHeader",
-                         "frmImpTabHeader",
-                         "frmGeneralLedger",
-                         "frmCustomerLunder",
-                         "frmSupplierLunder",
-                         "frmTaxTableLunder",
-                         "frmGeneralLedgerEntriesLunder",
-                         "frmImpGeneralLedger",
-                         "frmImpCustomerLunder",
-                         "frmImpSupplierLunder",
-                         "frmImpTaxTableLunder",
-                         "frmImpGeneralLedgerEntriesLunder",
-                         "frmCustomerBrevant",
-                         "frmProductBrevant",
-                         "frmTaxTableBrevant",
-                         "frmSourceDocumentsBrevant",
-                         "frmImpCustomerBrevant",
-                         "frmImpProductBrevant",
-                         "frmImpTaxTableBrevant",
-                         "frmImpSourceDocumentsBrevant",
-                         "frmExportaSAFT",
-                         "frmWizard",
-                         "frmParamGeral",
-                         "frmAAResponsavel",
-                         "frmLogGeral",
-                         "frmAlteraPassword"};
-  for (const char* form : forms) EXPECT_NE(FindForm(form), nullptr) << form;
-  EXPECT_EQ(std::size(forms), RightsCatalogue().size());
-  EXPECT_EQ(FindForm("FRMWIZARD"), FindForm("frmWizard"));
   for (const char* none : {"frmBloquear", "frmAbout", "", "frm"}) EXPECT_EQ(FindForm(none), nullptr) << none;
 }
 

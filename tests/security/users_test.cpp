@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "data/collation.h"
 #include "databases/logins.h"
 #include "security/activity_log.h"
 #include "security/password.h"
@@ -16,10 +15,8 @@
 namespace korvel::security {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
 class Users : public testing::Test, protected test::SecurityWorld {
  protected:
@@ -34,6 +31,11 @@ class Users : public testing::Test, protected test::SecurityWorld {
     card.password = card.confirmation = "Seg'redo";
     Tick(card, codes);
     return card;
+  }
+  /// The session as another login.
+  void LogIn(std::string_view login, std::string_view password = "Seg'redo") {
+    server.session.gLogin = server.session.gUtilizador = login;
+    server.session.gPassword = password;
   }
   static void Tick(UserCard& card, const std::vector<std::string>& codes) {
     card.allCompanies = codes == std::vector<std::string>{"*"};
@@ -69,32 +71,7 @@ class Users : public testing::Test, protected test::SecurityWorld {
   }
 };
 
-TEST_F(Users, KindsByAccountAndCompanies) {
-  const std::pair<UserLine, const char*> cases[] = {
-      {{"", AccountKind::Sql, true}, "Ut. SQL Server - Todas BD"},
-      {{"", AccountKind::Sql, false}, "Ut. SQL Server - Algumas BD"},
-      {{"", AccountKind::WindowsGroup, true}, "Grupo WinNT - Todas BD"},
-      {{"", AccountKind::WindowsGroup, false}, "Grupo WinNT - Algumas BD"},
-      {{"", AccountKind::WindowsUser, true}, "Ut. NT - Todas BD"},
-      {{"", AccountKind::WindowsUser, false}, "Ut. NT - Algumas BD"}};
-  for (const auto& [line, text] : cases) EXPECT_EQ(KindText(line), text);
-}
-
-TEST_F(Users, ListNamesEveryLoginWithItsReach) {
-  ASSERT_TRUE(CreateFromCard(context, Card("rui", {"0001"})));
-  ASSERT_TRUE(CreateFromCard(context, Card("ana", {"*"})));
-  databases::CreateLogin(context, "zeca", "x", false);
-  std::vector<std::string> lines;
-  for (const UserLine& user : ListUsers(*server.Open(), *Config()))
-    lines.push_back(user.login + ": " + std::string(KindText(user)) + (user.sysAdmin ? " +" : ""));
-  EXPECT_THAT(lines,
-              testing::IsSupersetOf({"ana: Ut. SQL Server - Todas BD", "rui: Ut. SQL Server - Algumas BD",
-                                     "zeca: Ut. SQL Server - Algumas BD"}));
-  EXPECT_TRUE(std::is_sorted(lines.begin(), lines.end(),
-                             [](const auto& a, const auto& b) { return data::Collate(a, b) < 0; }));
-}
-
-TEST_F(Users, NewUserOfSomeCompanies) {
+TEST_F(Users, NewUserOfSomeCompaniesEntersThemAndHisCardShowsThem) {
   ASSERT_TRUE(CreateFromCard(context, Card("rui", {"0001", "0003", "0009"})));
   EXPECT_THAT(server.dialogs.messages, IsEmpty()) << "a company without its database is passed over";
   EXPECT_EQ(Management("rui"), "0\t0");
@@ -106,6 +83,14 @@ TEST_F(Users, NewUserOfSomeCompanies) {
   for (const char* database : {"master", "KorvelConfig", "Korvel0001"}) EXPECT_TRUE(Opens("rui", database));
   EXPECT_FALSE(Opens("rui", "Korvel0002"));
   EXPECT_FALSE(Opens("rui", "master", "outra"));
+  const auto card = LoadUserCard(*Config(), *server.Open(), "RUI");
+  ASSERT_TRUE(card);
+  EXPECT_FALSE(card->admin || card->allCompanies || card->windowsAccount);
+  std::string ticks;
+  for (const UserCompany& company : card->companies) ticks += company.ticked ? '1' : '0';
+  EXPECT_EQ(ticks, "1011");
+  for (const char* none : {"ninguém", "x' or '1'='1"})
+    EXPECT_FALSE(LoadUserCard(*Config(), *server.Open(), none)) << none;
 }
 
 TEST_F(Users, ChangesBackAndForthBetweenSomeAndAllCompanies) {
@@ -145,20 +130,6 @@ TEST_F(Users, AdministrativeTasksFollowInTheOlderTable) {
   longName.admin = true;
   EXPECT_TRUE(CreateFromCard(context, longName));
   EXPECT_EQ(Management(longName.login), "1\t0");
-}
-
-TEST_F(Users, CardShowsWhatIsStored) {
-  ASSERT_TRUE(CreateFromCard(context, Card("rui", {"0001", "0003"})));
-  const auto card = LoadUserCard(*Config(), *server.Open(), "RUI");
-  ASSERT_TRUE(card);
-  EXPECT_EQ(card->password, "");
-  EXPECT_FALSE(card->admin || card->allCompanies || card->windowsAccount);
-  std::string ticks;
-  for (const UserCompany& company : card->companies) ticks += company.ticked ? '1' : '0';
-  EXPECT_EQ(ticks, "1010");
-  EXPECT_EQ(card->companies.front().description, "Empresa d'0001");
-  EXPECT_FALSE(LoadUserCard(*Config(), *server.Open(), "ninguém"));
-  EXPECT_FALSE(LoadUserCard(*Config(), *server.Open(), "x' or '1'='1"));
 }
 
 TEST_F(Users, PasswordChangesOnlyWhenOneWasTyped) {
@@ -203,16 +174,6 @@ TEST_F(Users, RefusedCardsLeaveNothing) {
   EXPECT_EQ(Management("rui"), "0\t0");
 }
 
-TEST_F(Users, ALoginThatHasGoneIsNotChanged) {
-  ASSERT_TRUE(CreateFromCard(context, Card("rui", {"0001"})));
-  const auto card = LoadUserCard(*Config(), *server.Open(), "rui");
-  server.dialogs.confirmations = {true};
-  ASSERT_TRUE(EliminaUtilizador(context, "rui"));
-  EXPECT_FALSE(ChangeFromCard(context, *card));
-  EXPECT_EQ(server.dialogs.LastText(), "Não foi possivel alterar o Utilizador");
-  EXPECT_EQ(Management("rui"), "");
-}
-
 TEST_F(Users, DeletionTakesTheLoginItsUsersAndItsRows) {
   ASSERT_TRUE(CreateFromCard(context, Card("rui", {"0001", "0002"})));
   ASSERT_TRUE(CreateFromCard(context, Card("ana", {"0001"})));
@@ -234,8 +195,7 @@ TEST_F(Users, AccountsThatStay) {
   UserCard admin = Card("chefe", {"*"});
   admin.admin = true;
   ASSERT_TRUE(CreateFromCard(context, admin));
-  server.session.gLogin = server.session.gUtilizador = "CHEFE";
-  server.session.gPassword = "Seg'redo";
+  LogIn("CHEFE");
   const struct {
     bool (*may)(const session::Context&, std::string_view);
     const char* login;
@@ -260,8 +220,7 @@ TEST_F(Users, AccountsThatStay) {
 TEST_F(Users, AnOrdinaryUserLivesWithHisRights) {
   MakeBaseSet();
   ASSERT_TRUE(CreateFromCard(context, Card("rui", {"0001"})));
-  server.session.gLogin = server.session.gUtilizador = "RUI";
-  server.session.gPassword = "Seg'redo";
+  LogIn("RUI");
   server.session.gCodEmpresa = "0001";
   server.session.gBaseDados = "Korvel0001";
   ASSERT_TRUE(EnterWithRights(context, *Config(), "0001"));
@@ -276,14 +235,17 @@ TEST_F(Users, AnOrdinaryUserLivesWithHisRights) {
   EXPECT_FALSE(Acessos_bln(context, "frmTabHeader", "cmdAdicionar", true)) << "another's company";
 }
 
-TEST_F(Users, AUserWhoIsRemovedMeanwhileCanDoNothingMore) {
+TEST_F(Users, AUserWhoIsRemovedMeanwhileIsNotChangedAndCanDoNothingMore) {
   MakeBaseSet();
   ASSERT_TRUE(CreateFromCard(context, Card("rui", {"0001"})));
+  const auto card = LoadUserCard(*Config(), *server.Open(), "rui");
   server.dialogs.confirmations = {true};
   ASSERT_TRUE(EliminaUtilizador(context, "rui"));
+  EXPECT_FALSE(ChangeFromCard(context, *card));
+  EXPECT_EQ(server.dialogs.LastText(), "Não foi possivel alterar o Utilizador");
+  EXPECT_EQ(Management("rui"), "");
   server.dialogs.Clear();
-  server.session.gLogin = server.session.gUtilizador = "RUI";
-  server.session.gPassword = "Seg'redo";
+  LogIn("RUI");
   EXPECT_FALSE(InsertLog(context, {module::kTables, action::kNew, "registo", "janela"}));
   EXPECT_THAT(server.dialogs.messages, IsEmpty());
   server.dialogs.answers = {0};
@@ -294,8 +256,7 @@ TEST_F(Users, AUserWhoIsRemovedMeanwhileCanDoNothingMore) {
 
 TEST_F(Users, OnlyAdministratorsMayTouchUsers) {
   ASSERT_TRUE(CreateFromCard(context, Card("rui", {"*"})));
-  server.session.gLogin = server.session.gUtilizador = "RUI";
-  server.session.gPassword = "Seg'redo";
+  LogIn("RUI");
   EXPECT_FALSE(MayCreateUser(context));
   EXPECT_EQ(server.dialogs.LastText(), "o Seu Login não lhe permite esta tarefa !");
   EXPECT_FALSE(MayChangeUser(context, "ana"));
