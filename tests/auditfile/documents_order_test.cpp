@@ -50,7 +50,7 @@ class RandomTable {
     std::string script = "delete from TabSourceDocumentsGEST\nGO\nbegin tran\nGO\n";
     const int rows = Draw(1, 14);
     for (int i = 0; i < rows; ++i) script += Row(i);
-    company_.Run(company_.session.gBaseDados, script + "commit");
+    company_.Script(script + "commit");
   }
 
   int Draw(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }

@@ -59,8 +59,7 @@ TEST(Documents, TheKeyGoesOnFromTheLedger) {
   company.AddDocument("B", "1", {{"Period", "1"}, {"EndDate", "2010-02-28"}});
   company.AddDocument("A2", "1", {{"Period", "2"}, {"EndDate", "2010-02-28"}, {"SalesInvoices", "2"}});
   for (const auto& [basis, ledger, months, documents] : cases) {
-    company.Run(company.session.gBaseDados,
-                "Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
+    company.Script("Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
     ExportOptions options = company.DocumentsAlone();
     options.chkPOCGeneralLedgerEntries = ledger;
     options.chkPorMeses = months;
@@ -173,7 +172,7 @@ TEST(Documents, StatementsDoNotGrowWithThem) {
         "TaxPayable) values ('2010','2010-01-01','2010-12-31','','" +
         std::to_string(i % 2) + "','FT 2010/" + n + "','1','') ";
   }
-  company.Run(company.session.gBaseDados, "begin tran " + more + " commit");
+  company.Script("begin tran " + more + " commit");
   EXPECT_EQ(StatementsOf(company, options), few + 2) << "1200 repairs in three batches of 500";
   EXPECT_EQ(StatementsOf(company, options), few - 1) << "nothing left to repair";
 }

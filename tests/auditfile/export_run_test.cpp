@@ -32,9 +32,9 @@ void StageQuarter(StagedCompany& company) {
   company.Add("TabCustomerPOC", {{"CustomerID", "1"}, {"CompanyName", "Açúcar"}});
   company.AddLine("01", "A", "1", "1");
   company.AddLine("01", "B", "2", "3");
-  company.Run(company.session.gBaseDados, "Update TabHeader set EndDate='2010-03-31'");
+  company.Script("Update TabHeader set EndDate='2010-03-31'");
   for (const char* table : {"TabCustomerPOC", "TabGeneralLedgerEntriesPOC"}) {
-    company.Run(company.session.gBaseDados, "Update " + std::string(table) + " set EndDate='2010-03-31'");
+    company.Script("Update " + std::string(table) + " set EndDate='2010-03-31'");
   }
 }
 
@@ -78,14 +78,6 @@ TEST(ExportRun, AScreenIsToldTheSectionsAndShowsTheFilesItself) {
                                    "chkPOCGeneralLedgerEntries", "chkPOCGeneralLedgerEntries"))
       << "the master data once, the entries in the months that have some";
   EXPECT_TRUE(company.dialogs.messages.empty());
-}
-
-TEST(ExportRun, TheNameOfABillingFileIsUtf8OnDisk) {
-  StagedCompany company;
-  company.AddHeader("F");
-  EXPECT_TRUE(company.Export(company.Options(Basis::Billing)).ok);
-  EXPECT_THAT(NamesIn(company.target.Path()),
-              ElementsAre("508123453_2010_2010-01-01_2010-12-31_Saft_Facturação.XML"));
 }
 
 TEST(ExportRun, AMonthlyRunWritesAFileAMonth) {
@@ -149,7 +141,7 @@ TEST(ExportRun, WithoutHeaderTheDateStaysAndMonthlyNamesGrow) {
   EXPECT_EQ(grown.files[1], "508123453_5081_" + first + "_2_Saft_Contabilidade.XML");
   EXPECT_FALSE(broken.ok) << "with a folder the grown name lies in none";
   EXPECT_EQ(broken.files.size(), 1u) << "the first month's file stays";
-  EXPECT_EQ(company.One(company.session.gBaseDados, "Select DateCreated from TabHeader"), "2010-12-31");
+  EXPECT_EQ(company.Value("Select DateCreated from TabHeader"), "2010-12-31");
 }
 
 TEST(ExportRun, AFailureLeavesTheEarlierFileAndTellsItsCause) {
@@ -170,14 +162,14 @@ TEST(ExportRun, AFailureLeavesTheEarlierFileAndTellsItsCause) {
   const ExportResult outside = company.Export(company.Options());
   EXPECT_FALSE(outside.ok || outside.cancelled) << "a number outside the range";
 
-  company.Run(company.session.gBaseDados, "drop table TabGeneralLedgerEntriesPOC");
+  company.Script("drop table TabGeneralLedgerEntriesPOC");
   const ExportResult result = ExportaSaft(company.Context(), company.Options(), company.period);
   EXPECT_FALSE(result.ok);
   EXPECT_THAT(result.error, testing::HasSubstr("TabGeneralLedgerEntriesPOC"));
   EXPECT_TRUE(company.dialogs.messages.empty()) << "a failed run says nothing by itself";
   EXPECT_EQ(test::ReadFile(path), earlier);
   EXPECT_THAT(NamesIn(company.target.Path()), testing::SizeIs(1));
-  EXPECT_EQ(company.One(company.session.gBaseDados, "Select DateCreated from TabHeader"), "2026-01-15");
+  EXPECT_EQ(company.Value("Select DateCreated from TabHeader"), "2026-01-15");
   EXPECT_EQ(company.progress.open, 0);
 }
 
@@ -209,8 +201,7 @@ TEST(ExportRun, AFullDiskLeavesTheEarlierFileAndSaysSo) {
   const std::string path = company.Export(options).files.at(0);
   const std::string earlier = test::ReadFile(path);
   company.clock.now.day = 16;
-  company.Run(company.session.gBaseDados,
-              "Update TabSourceDocumentsGEST set Description=replicate('x',1000),InvoiceNo='FT 2010/2'");
+  company.Script("Update TabSourceDocumentsGEST set Description=replicate('x',1000),InvoiceNo='FT 2010/2'");
   // The server's own files are made while there is room.
   const auto master = company.Open("master");
   const auto database = company.Open(company.session.gBaseDados);
@@ -224,7 +215,7 @@ TEST(ExportRun, AFullDiskLeavesTheEarlierFileAndSaysSo) {
   }
   EXPECT_EQ(test::ReadFile(path), earlier);
   EXPECT_THAT(NamesIn(company.target.Path()), testing::SizeIs(1));
-  EXPECT_EQ(company.One(company.session.gBaseDados, "Select DateCreated from TabHeader"), "2026-01-15");
+  EXPECT_EQ(company.Value("Select DateCreated from TabHeader"), "2026-01-15");
   EXPECT_TRUE(company.Export(options).ok) << "with room again";
 }
 
@@ -237,7 +228,7 @@ TEST(ExportRun, AFolderThatIsNoneFailsBeforeAnythingIsWritten) {
   const ExportResult result = company.Export(options);
   EXPECT_FALSE(result.ok);
   EXPECT_THAT(result.error, testing::HasSubstr("o caminho não é uma pasta"));
-  EXPECT_EQ(company.One(company.session.gBaseDados, "Select DateCreated from TabHeader"), "2010-12-31");
+  EXPECT_EQ(company.Value("Select DateCreated from TabHeader"), "2010-12-31");
 }
 
 TEST(ExportRun, WithoutPeriodOrServerItSaysSoUnlessSilent) {
@@ -302,8 +293,7 @@ TEST(ExportChoices, KindOfAPeriod) {
   StagedCompany company;
   company.AddHeader("C");
   for (const auto& [basis, kind] : cases) {
-    company.Run(company.session.gBaseDados,
-                "Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
+    company.Script("Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
     EXPECT_EQ(TipoSistemaPeriodo(company.Context(), company.period), kind);
     EXPECT_EQ(TipoSistemaPeriodo(company.Context(), "20102010-01-012010-12-31"), kind);
     EXPECT_EQ(TipoSistemaPeriodo(company.Context(), "2011"), "");
@@ -313,8 +303,6 @@ TEST(ExportChoices, KindOfAPeriod) {
 TEST(ExportChoices, BoxesByBasisAndPeriod) {
   EXPECT_FALSE(ChoicesFor(Basis::Accounting, {"2010", "2010-03-01", "2010-03-31"}).chkPorMeses);
   EXPECT_TRUE(ChoicesFor(Basis::Accounting, {"2010", "2010-03-01", "2010-04-30"}).chkPorMeses);
-  const ExportChoices billing = ChoicesFor(Basis::Billing, {"2010", "2010-01-01", "2010-12-31"});
-  EXPECT_TRUE(billing.chkFacturacaoAcum && !billing.chkContabilAcum);
   const ExportOptions integrated = OptionsFor(Basis::Integrated);
   EXPECT_TRUE(integrated.chkPOCSupplier && integrated.chkGESTCustomer && !integrated.chkPOCCustomer);
   const ExportOptions accounting = OptionsFor(Basis::Accounting);

@@ -17,58 +17,26 @@ constexpr std::string_view kFirstLine = "<?xml version=\"1.0\" encoding=\"window
 void StageSmallPeriod(StagedCompany& company) {
   company.AddHeader(
       "C", {{"BuildingNumber", "1"}, {"HeaderComment", "  "}, {"Region", nullptr}, {"Email", "a@b.pt"}});
-  company.Add("TabGeneralLedger", {{"AccountID", "21"},
-                                   {"AccountDescription", "Clientes <c/c>"},
-                                   {"OpeningDebitBalance", "12.345"},
-                                   {"OpeningCreditBalance", "0"}});
-  company.Add("TabGeneralLedger", {{"AccountID", "11"},
-                                   {"AccountDescription", "Caixa"},
-                                   {"OpeningDebitBalance", "5"},
-                                   {"OpeningCreditBalance", "-0.001"}});
-  company.Add("TabCustomerPOC", {{"CustomerID", "500100144"},
-                                 {"AccountID", "211"},
-                                 {"CustomerTaxID", "500100144"},
-                                 {"CompanyName", "D'Ávila € \"Ω\""},
-                                 {"AddressDetail", "Rua A"},
-                                 {"City", "Lisboa"},
-                                 {"PostalCode", "1000-001"},
-                                 {"Country", "PT"},
-                                 {"Ship_StreetName", "Rua B"},
-                                 {"Ship_AddressDetail", "Rua B"},
-                                 {"Ship_City", "Porto"},
-                                 {"Ship_PostalCode", "4000-001"},
-                                 {"Ship_Country", "PT"},
-                                 {"Telephone", "1"},
-                                 {"SelfBillingIndicator", "0"}});
-  company.Add("TabSupplierPOC", {{"SupplierID", "500100155"},
-                                 {"SupplierTaxID", "500100155"},
-                                 {"CompanyName", "Forno"},
-                                 {"AccountID", "221"},
-                                 {"AddressDetail", "Rua C"},
-                                 {"City", "Faro"},
-                                 {"PostalCode", "8000-001"},
-                                 {"Country", "PT"},
-                                 {"Ship_AddressDetail", "Rua C"},
-                                 {"Ship_City", "Faro"},
-                                 {"Ship_PostalCode", "8000-001"},
-                                 {"Ship_Country", "PT"},
-                                 {"Website", "w.pt"},
-                                 {"SelfBillingIndicator", "0"}});
-  company.Add("TabTaxTablePOC", {{"TaxType", "IVA"},
-                                 {"TaxCountryRegion", "PT"},
-                                 {"TaxCode", "RED"},
-                                 {"Description", "Reduzida"},
-                                 {"TaxPercentage", "5.5"}});
-  company.Add("TabTaxTablePOC", {{"TaxType", "IVA"},
-                                 {"TaxCountryRegion", "PT"},
-                                 {"TaxCode", "NOR"},
-                                 {"Description", "Normal"},
-                                 {"TaxPercentage", "23"}});
-  company.Add("TabTaxTablePOC", {{"TaxType", "IVA"},
-                                 {"TaxCountryRegion", "PT"},
-                                 {"TaxCode", "NOR"},
-                                 {"Description", "Normal"},
-                                 {"TaxPercentage", "23"}});
+  company.AddRow("TabGeneralLedger",
+                 "AccountID=21;AccountDescription=Clientes <c/c>;OpeningDebitBalance=12.345;"
+                 "OpeningCreditBalance=0");
+  company.AddRow("TabGeneralLedger",
+                 "AccountID=11;AccountDescription=Caixa;OpeningDebitBalance=5;OpeningCreditBalance=-0.001");
+  company.AddRow("TabCustomerPOC",
+                 "CustomerID=500100144;AccountID=211;CustomerTaxID=500100144;CompanyName=D'Ávila € \"Ω\";"
+                 "AddressDetail=Rua A;City=Lisboa;PostalCode=1000-001;Country=PT;Ship_StreetName=Rua B;"
+                 "Ship_AddressDetail=Rua B;Ship_City=Porto;Ship_PostalCode=4000-001;Ship_Country=PT;"
+                 "Telephone=1;SelfBillingIndicator=0");
+  company.AddRow(
+      "TabSupplierPOC",
+      "SupplierID=500100155;SupplierTaxID=500100155;CompanyName=Forno;AccountID=221;"
+      "AddressDetail=Rua C;City=Faro;PostalCode=8000-001;Country=PT;Ship_AddressDetail=Rua C;"
+      "Ship_City=Faro;Ship_PostalCode=8000-001;Ship_Country=PT;Website=w.pt;SelfBillingIndicator=0");
+  for (const char* tax : {"TaxCode=RED;Description=Reduzida;TaxPercentage=5.5",
+                          "TaxCode=NOR;Description=Normal;TaxPercentage=23",
+                          "TaxCode=NOR;Description=Normal;TaxPercentage=23"}) {
+    company.AddRow("TabTaxTablePOC", std::string("TaxType=IVA;TaxCountryRegion=PT;") + tax);
+  }
   company.AddLine("01", "2010-01-02 01 7", "2", "1",
                   {{"DebitAmount", "1.234,5"}, {"SourceDocumentID", "FT 7"}});
   company.AddLine("01", "2010-01-02 01 7", "10", "1",
@@ -189,7 +157,7 @@ TEST(Sections, HeaderValuesAndOmissions) {
   EXPECT_EQ(CountOf(file, "<AddressDetail/><City>  </City>"), 1u);
   EXPECT_EQ(CountOf(file, OneLine("<BusinessName> Pão </BusinessName>")), 1u);
   EXPECT_EQ(CountOf(file, "<Region"), 0u);
-  EXPECT_EQ(company.One(company.session.gBaseDados, "Select DateCreated from TabHeader"), "2026-01-15");
+  EXPECT_EQ(company.Value("Select DateCreated from TabHeader"), "2026-01-15");
 }
 
 TEST(Sections, TheFilesBasisByPrecedence) {
@@ -241,8 +209,7 @@ TEST(Sections, BoxesAndBasisChooseTheSections) {
   company.Add("TabTaxTableGEST", {{"TaxCode", "taxesGEST"}});
   company.AddLine("ledger", "1", "1", "1");
   for (const auto& [basis, options, sections] : cases) {
-    company.Run(company.session.gBaseDados,
-                "Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
+    company.Script("Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
     ExportOptions here = options;
     here.txtPastaExportacao = company.target.Path().string();
     const std::filesystem::path before = std::filesystem::current_path();

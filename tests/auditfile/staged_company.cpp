@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
 #include "data/sql_text.h"
@@ -14,12 +15,18 @@ namespace {
 
 using Row = std::map<std::string_view, std::string>;
 
-Row PeriodCells() {
-  return {{"FiscalYear", "'2010'"}, {"StartDate", "'2010-01-01'"}, {"EndDate", "'2010-12-31'"}};
-}
-
 void Put(Row& row, std::initializer_list<Cell> cells) {
   for (const Cell& cell : cells) row[cell.column] = cell.value ? data::Quoted(cell.value) : "NULL";
+}
+
+/// The cells of "A=1;B=2".
+void Put(Row& row, std::string_view cells) {
+  while (!cells.empty()) {
+    const std::string_view cell = cells.substr(0, cells.find(';'));
+    const auto equals = cell.find('=');
+    row[cell.substr(0, equals)] = data::Quoted(cell.substr(equals + 1));
+    cells.remove_prefix(std::min(cells.size(), cell.size() + 1));
+  }
 }
 
 std::string InsertStatement(std::string_view table, const Row& row) {
@@ -40,105 +47,54 @@ StagedCompany::StagedCompany() {
   dialogs.Clear();
 }
 
-void StagedCompany::Add(std::string_view table, std::initializer_list<Cell> cells) {
-  Row row = PeriodCells();
+void StagedCompany::Insert(std::string_view table, std::string_view cells, std::initializer_list<Cell> others,
+                           std::initializer_list<Cell> last) {
+  Row row{{"FiscalYear", "'2010'"}, {"StartDate", "'2010-01-01'"}, {"EndDate", "'2010-12-31'"}};
   Put(row, cells);
+  Put(row, others);
+  Put(row, last);
   Run(session.gBaseDados, InsertStatement(table, row));
 }
 
-void StagedCompany::AddHeader(std::string_view basis, std::initializer_list<Cell> cells) {
-  const std::string letter(basis);
-  Row row = PeriodCells();
-  Put(row, {{"AuditFileVersion", "1.01_01"},
-            {"CompanyID", "508123453"},
-            {"TaxRegistrationNumber", "508123453"},
-            {"TaxAccountingBasis", letter.c_str()},
-            {"CompanyName", "Pão & Filhos, Lda"},
-            {"AddressDetail", "Rua d'Além, 1"},
-            {"City", "Ponta Delgada"},
-            {"PostalCode", "9500-053"},
-            {"Country", "PT"},
-            {"CurrencyCode", "EUR"},
-            {"DateCreated", "2010-12-31"},
-            {"TaxEntity", "Sede"},
-            {"ProductCompanyTaxId", "508123453"},
-            {"SoftwareCertificateNumber", "0"},
-            {"ProductID", "Korvel/Morvane"},
-            {"ProductVersion", "1.0.0"}});
-  Put(row, cells);
-  Run(session.gBaseDados, InsertStatement("TabHeader", row));
+void StagedCompany::Add(std::string_view table, std::initializer_list<Cell> cells) {
+  Insert(table, "", cells);
+}
+
+void StagedCompany::AddRow(std::string_view table, std::string_view cells) {
+  Insert(table, cells, {});
+}
+
+void StagedCompany::AddHeader(const char* basis, std::initializer_list<Cell> cells) {
+  Insert("TabHeader",
+         "AuditFileVersion=1.01_01;CompanyID=508123453;TaxRegistrationNumber=508123453;"
+         "CompanyName=Pão & Filhos, Lda;AddressDetail=Rua d'Além, 1;City=Ponta Delgada;PostalCode=9500-053;"
+         "Country=PT;CurrencyCode=EUR;DateCreated=2010-12-31;TaxEntity=Sede;ProductCompanyTaxId=508123453;"
+         "SoftwareCertificateNumber=0;ProductID=Korvel/Morvane;ProductVersion=1.0.0",
+         {{"TaxAccountingBasis", basis}}, cells);
 }
 
 void StagedCompany::AddLine(const char* journal, const char* transaction, const char* record,
                             const char* month, std::initializer_list<Cell> cells) {
-  Row row = PeriodCells();
-  Put(row, {{"NumberOfEntries", "3"},
-            {"TotalDebit", "1.234,50"},
-            {"TotalCredit", "0"},
-            {"JournalID", journal},
-            {"JournalDescription", "Caixa"},
-            {"TransactionID", transaction},
-            {"Period", month},
-            {"TransactionDate", "2010-01-02"},
-            {"SourceID", "ANA"},
-            {"Description", "Venda"},
-            {"DocArchivalNumber", "7"},
-            {"TransactionType", "N"},
-            {"GLPostingDate", "2010-01-02T09:00:00"},
-            {"RecordID", record},
-            {"AccountID", "111"},
-            {"SystemEntryDate", "2010-01-02T09:00:00"},
-            {"LineDescription", "Linha"},
-            {"DebitAmount", "10"},
-            {"CreditAmount", "0"}});
-  Put(row, cells);
-  Run(session.gBaseDados, InsertStatement("TabGeneralLedgerEntriesPOC", row));
+  Insert("TabGeneralLedgerEntriesPOC",
+         "NumberOfEntries=3;TotalDebit=1.234,50;TotalCredit=0;JournalDescription=Caixa;"
+         "TransactionDate=2010-01-02;SourceID=ANA;Description=Venda;DocArchivalNumber=7;TransactionType=N;"
+         "GLPostingDate=2010-01-02T09:00:00;AccountID=111;SystemEntryDate=2010-01-02T09:00:00;"
+         "LineDescription=Linha;DebitAmount=10;CreditAmount=0",
+         {{"JournalID", journal}, {"TransactionID", transaction}, {"RecordID", record}, {"Period", month}},
+         cells);
 }
 
 void StagedCompany::AddDocument(const char* number, const char* line, std::initializer_list<Cell> cells) {
-  Row row = PeriodCells();
-  Put(row, {{"SalesInvoices", ""},
-            {"NumberOfEntries", "1"},
-            {"TotalDebit", "0"},
-            {"TotalCredit", "12,3"},
-            {"Invoice", ""},
-            {"InvoiceNo", number},
-            {"InvoiceStatus", "N"},
-            {"Hash", "0"},
-            {"HashControl", "0"},
-            {"Period", "1"},
-            {"InvoiceDate", "2010-01-02"},
-            {"InvoiceType", "FT"},
-            {"SelfBillingIndicator", "0"},
-            {"SystemEntriedate", "2010-01-02T09:00:00"},
-            {"CustomerID", "500100144"},
-            {"ShipTo_AddressDetail", "Rua A"},
-            {"ShipTo_City", "Lisboa"},
-            {"ShipTo_PostalCode", "1000-001"},
-            {"ShipTo_Country", "PT"},
-            {"ShipFrom_AddressDetail", "Rua B"},
-            {"ShipFrom_City", "Porto"},
-            {"ShipFrom_PostalCode", "4000-001"},
-            {"ShipFrom_Country", "PT"},
-            {"LineNumber", line},
-            {"ProductCode", "P1"},
-            {"ProductDescription", "Pão"},
-            {"Quantity", "1"},
-            {"UnitOfMeasure", "Uni"},
-            {"UnitPrice", "10"},
-            {"TaxPointDate", "2010-01-02"},
-            {"Description", "Linha"},
-            {"DebitAmount", ""},
-            {"CreditAmount", "10"},
-            {"TaxType", "IVA"},
-            {"TaxCountryRegion", "PT"},
-            {"TaxCode", "NOR"},
-            {"TaxPercentage", "23"},
-            {"TaxPayable", "2,3"},
-            {"NetTotal", "10"},
-            {"GrossTotal", "12,3"}});
-  Put(row, cells);
-  Run(session.gBaseDados, InsertStatement("TabSourceDocumentsGEST", row));
+  Insert("TabSourceDocumentsGEST",
+         "SalesInvoices=;NumberOfEntries=1;TotalDebit=0;TotalCredit=12,3;Invoice=;InvoiceStatus=N;Hash=0;"
+         "HashControl=0;Period=1;InvoiceDate=2010-01-02;InvoiceType=FT;SelfBillingIndicator=0;"
+         "SystemEntriedate=2010-01-02T09:00:00;CustomerID=500100144;ShipTo_AddressDetail=Rua A;"
+         "ShipTo_City=Lisboa;ShipTo_PostalCode=1000-001;ShipTo_Country=PT;ShipFrom_AddressDetail=Rua B;"
+         "ShipFrom_City=Porto;ShipFrom_PostalCode=4000-001;ShipFrom_Country=PT;ProductCode=P1;"
+         "ProductDescription=Pão;Quantity=1;UnitOfMeasure=Uni;UnitPrice=10;TaxPointDate=2010-01-02;"
+         "Description=Linha;DebitAmount=;CreditAmount=10;TaxType=IVA;TaxCountryRegion=PT;TaxCode=NOR;"
+         "TaxPercentage=23;TaxPayable=2,3;NetTotal=10;GrossTotal=12,3",
+         {{"InvoiceNo", number}, {"LineNumber", line}}, cells);
 }
 
 auditfile::ExportOptions StagedCompany::Options(periods::Basis basis) const {

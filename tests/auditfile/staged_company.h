@@ -24,8 +24,12 @@ class StagedCompany : public TestServer {
 
   /// Inserts a row of a staged table for the period 2010, other values as given; later cells replace earlier ones.
   void Add(std::string_view table, std::initializer_list<Cell> cells);
+  /// The same with the values as texts: "AccountID=21;AccountDescription=Clientes".
+  void AddRow(std::string_view table, std::string_view cells);
+  void Script(std::string_view script) { Run(session.gBaseDados, script); }
+  std::string Value(std::string_view query) { return One(session.gBaseDados, query); }
   /// A header of that kind with a value in every column that the file always shows.
-  void AddHeader(std::string_view basis, std::initializer_list<Cell> cells = {});
+  void AddHeader(const char* basis, std::initializer_list<Cell> cells = {});
   /// A ledger line: journal, transaction, line number and month, with a debit.
   void AddLine(const char* journal, const char* transaction, const char* record, const char* month,
                std::initializer_list<Cell> cells = {});
@@ -41,6 +45,10 @@ class StagedCompany : public TestServer {
 
   const periods::PeriodKey period{"2010", "2010-01-01", "2010-12-31"};
   const TempFolder target;
+
+ private:
+  void Insert(std::string_view table, std::string_view cells, std::initializer_list<Cell> others,
+              std::initializer_list<Cell> last = {});
 };
 
 /// A text laid out over lines, without its line breaks and the blanks that begin a line, in the file's code page.
