@@ -23,23 +23,11 @@ class PeriodLog : public testing::Test, protected test::CompanyWorld {
         "KorvelConfig",
         "select Modulo,Accao,FormCaption,Conteudo,CodEmpresa from LogGeral order by NumRegisto");
   }
-  PeriodHeader Filled() {
-    PeriodHeader header = OpenHeader(context, HeaderMode::New, 0)->header;
-    ChangeKind(header, "C");
-    for (const char* column : {"CompanyID", "TaxRegistrationNumber"}) header[column] = "512345678";
-    for (const char* column : {"AddressDetail", "City", "BusinessName"}) header[column] = "Rua";
-    header["CompanyName"] = "Padaria D'Avila";
-    header["PostalCode"] = "9500-001";
-    header["FiscalYear"] = "2010";
-    LeaveFiscalYear(server.clock, header);
-    server.dialogs.Clear();
-    return header;
-  }
 };
 
 TEST_F(PeriodLog, SavesAndDeletionOfAPeriod) {
   WithConfiguration();
-  PeriodHeader header = Filled();
+  PeriodHeader header = Filled("2010");
   ASSERT_TRUE(GravarHeader(context, HeaderMode::New, header));
   ASSERT_TRUE(GravarHeader(context, HeaderMode::Change, header));
   EXPECT_FALSE(GravarHeader(context, HeaderMode::New, header)) << "it is there already";
@@ -47,7 +35,8 @@ TEST_F(PeriodLog, SavesAndDeletionOfAPeriod) {
   const auto periods = ListPeriods(context, *server.Open("Korvel0001"));
   EXPECT_FALSE(EliminarHeader(context, periods));
   EXPECT_TRUE(EliminarHeader(context, periods));
-  const std::string form = "Identificação da Empresa - \"Header\"", record = "\t2010 - Padaria D'Avila\t0001";
+  const std::string form = "Identificação da Empresa - \"Header\"",
+                    record = "\t2010 - Padaria D'Avila, Lda\t0001";
   EXPECT_THAT(
       Log(), ElementsAre("TB\tN\t" + form + " - Entrada de Registos :" + record,
                          "TB\tA\t" + form + " - Alteração de Registo :" + record, "TB\tE\t" + form + record));
@@ -65,7 +54,7 @@ TEST_F(PeriodLog, SavesOfTheParameters) {
 }
 
 TEST_F(PeriodLog, WithoutAConfigurationNothingIsSaid) {
-  PeriodHeader header = Filled();
+  PeriodHeader header = Filled("2010");
   ASSERT_TRUE(GravarHeader(context, HeaderMode::New, header));
   EXPECT_THAT(server.dialogs.messages, IsEmpty());
   EXPECT_THAT(server.dialogs.alerts, IsEmpty());

@@ -6,6 +6,7 @@
 
 #include "data/sql_text.h"
 #include "databases/company_upgrade.h"
+#include "periods/period_editor.h"
 #include "support/scripted_world.h"
 
 namespace korvel::test {
@@ -31,6 +32,20 @@ struct CompanyWorld {
         "(Servidor_Brevant,Login_Brevant,Password_Brevant,DBase_Brevant,Servidor_Lunder,"
         "Login_Lunder,Password_Lunder,DBase_Lunder,CasasDec) values (" +
         at + "'BrevantDemo'," + at + "'LunderDemo',2)");
+  }
+
+  /// A new period of that year with nothing missing.
+  periods::PeriodHeader Filled(std::string_view year, std::string_view name = "Padaria D'Avila, Lda") {
+    periods::PeriodHeader header = periods::OpenHeader(context, periods::HeaderMode::New, 0)->header;
+    periods::ChangeKind(header, "C");
+    for (const char* column : {"CompanyID", "TaxRegistrationNumber"}) header[column] = "512345678";
+    for (const char* column : {"AddressDetail", "City", "BusinessName"}) header[column] = "Rua d'Alegria";
+    header["CompanyName"] = name;
+    header["PostalCode"] = "9500-001";
+    header["FiscalYear"] = year;
+    periods::LeaveFiscalYear(server.clock, header);
+    server.dialogs.Clear();
+    return header;
   }
 
   TestServer server;

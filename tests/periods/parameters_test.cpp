@@ -57,14 +57,6 @@ TEST_F(ParametersTest, EveryValueComesBack) {
   EXPECT_EQ(server.session.gCasasDec, 4);
 }
 
-TEST_F(ParametersTest, CustomerByCodeGoesWithoutGrouping) {
-  Parameters parameters = Pointing();
-  parameters.EquivCliente = "Codigo";
-  parameters.AgrupaContasClientes = true;
-  ASSERT_TRUE(GravarParametros(context, parameters, {}));
-  EXPECT_EQ(One("select AgrupaContasClientes from ParamGeral"), "0");
-}
-
 TEST_F(ParametersTest, RefusalsLeaveTheDatabaseAlone) {
   Script("insert into TabArmazens (Armazem,Classificacao) values ('A','PT')");
   EXPECT_FALSE(GravarParametros(context, {}, {}));

@@ -11,18 +11,6 @@ namespace {
 
 class PeriodEditor : public testing::Test, protected test::CompanyWorld {
  protected:
-  PeriodHeader Filled(std::string_view year, std::string_view name = "Padaria D'Avila, Lda") {
-    PeriodHeader header = OpenHeader(context, HeaderMode::New, 0)->header;
-    ChangeKind(header, "C");
-    for (const char* column : {"CompanyID", "TaxRegistrationNumber"}) header[column] = "512345678";
-    for (const char* column : {"AddressDetail", "City", "BusinessName"}) header[column] = "Rua d'Alegria";
-    header["CompanyName"] = name;
-    header["PostalCode"] = "9500-001";
-    header["FiscalYear"] = year;
-    LeaveFiscalYear(server.clock, header);
-    return header;
-  }
-
   PeriodHeader Saved(std::string_view year) {
     PeriodHeader header = Filled(year);
     EXPECT_TRUE(GravarHeader(context, HeaderMode::New, header));
@@ -33,55 +21,51 @@ class PeriodEditor : public testing::Test, protected test::CompanyWorld {
   std::vector<PeriodListItem> List() { return ListPeriods(context, *server.Open("Korvel0001")); }
 };
 
+using Texts = std::vector<std::pair<const char*, std::string_view>>;
+
+void ExpectColumns(const PeriodHeader& header, const Texts& expected) {
+  for (const auto& [column, value] : expected) EXPECT_EQ(header[column], value) << column;
+}
+
+/// What every new period starts with, whatever was there before.
+const Texts kOwn = {{"Country", "PT"},
+                    {"AuditFileVersion", "1.01_01"},
+                    {"ProductCompanyTaxId", "508123453"},
+                    {"SoftwareCertificateNumber", ""},
+                    {"ProductVersion", databases::ProgramVersion()},
+                    {"Cliente", ""}};
+
 TEST_F(PeriodEditor, FirstPeriodHasNoTemplate) {
   const auto opened = OpenHeader(context, HeaderMode::New, 0);
   ASSERT_TRUE(opened && opened->canSave);
-  const std::pair<const char*, std::string_view> expected[] = {
-      {"FiscalYear", ""},
-      {"Country", "PT"},
-      {"CurrencyCode", "EUR"},
-      {"AuditFileVersion", "1.01_01"},
-      {"ProductCompanyTaxId", "508123453"},
-      {"SoftwareCertificateNumber", ""},
-      {"ProductID", "Korvel/Morvane"},
-      {"ProductVersion", databases::ProgramVersion()},
-      {"TaxEntity", ""},
-      {"Cliente", ""}};
-  for (const auto& [column, value] : expected) EXPECT_EQ(opened->header[column], value) << column;
+  ExpectColumns(opened->header, kOwn);
+  ExpectColumns(
+      opened->header,
+      {{"FiscalYear", ""}, {"CurrencyCode", "EUR"}, {"ProductID", "Korvel/Morvane"}, {"TaxEntity", ""}});
   EXPECT_EQ(server.dialogs.LastFocus(), "FiscalYear");
   EXPECT_EQ(server.dialogs.LastTitle(), "INFORMAÇÃO");
 }
 
 TEST_F(PeriodEditor, TemplateIsTheLatestKeyWithoutWhatBelongsToOnePeriod) {
   Script(
-      "insert into TabHeader "
-      "(FiscalYear,StartDate,EndDate,CompanyName,TaxAccountingBasis,BusinessName,TaxEntity,"
-      "ProductCompanyTaxId,SoftwareCertificateNumber,Cliente,DateCreated,ProductVersion,AuditFileVersion,"
-      "Country,"
-      "WebSite) values ('2010','2010-07-01','2010-12-31','Certa','F','Nome','Loja "
-      "3','999','12','C1','2011-01-01',"
-      "'0.0.1','1.00','ES','www')");
+      "insert into TabHeader (FiscalYear,StartDate,EndDate,CompanyName,TaxAccountingBasis,BusinessName,"
+      "TaxEntity,ProductCompanyTaxId,SoftwareCertificateNumber,Cliente,DateCreated,ProductVersion,"
+      "AuditFileVersion,Country,WebSite) values ('2010','2010-07-01','2010-12-31','Certa','F','Nome',"
+      "'Loja 3','999','12','C1','2011-01-01','0.0.1','1.00','ES','www')");
   Script(
       "insert into TabHeader (FiscalYear,StartDate,EndDate,CompanyName) values "
       "('2010','2010-07-01','2010-08-31','Outra'),('2009','2009-12-01','2010-11-30','Velha')");
   const PeriodHeader header = OpenHeader(context, HeaderMode::New, 0)->header;
-  const std::pair<const char*, std::string_view> expected[] = {
-      {"FiscalYear", "2011"},
-      {"StartDate", ""},
-      {"EndDate", ""},
-      {"CompanyName", "Certa"},
-      {"TaxAccountingBasis", "F"},
-      {"TaxEntity", "Global"},
-      {"BusinessName", ""},
-      {"ProductCompanyTaxId", "508123453"},
-      {"SoftwareCertificateNumber", ""},
-      {"Cliente", ""},
-      {"DateCreated", ""},
-      {"ProductVersion", databases::ProgramVersion()},
-      {"AuditFileVersion", "1.01_01"},
-      {"Country", "PT"},
-      {"WebSite", "www"}};
-  for (const auto& [column, value] : expected) EXPECT_EQ(header[column], value) << column;
+  ExpectColumns(header, kOwn);
+  ExpectColumns(header, {{"FiscalYear", "2011"},
+                         {"StartDate", ""},
+                         {"EndDate", ""},
+                         {"CompanyName", "Certa"},
+                         {"TaxAccountingBasis", "F"},
+                         {"TaxEntity", "Global"},
+                         {"BusinessName", ""},
+                         {"DateCreated", ""},
+                         {"WebSite", "www"}});
 }
 
 TEST_F(PeriodEditor, NewPeriodIsWrittenWhole) {
@@ -102,7 +86,6 @@ TEST_F(PeriodEditor, NewPeriodIsWrittenWhole) {
 TEST_F(PeriodEditor, FailedChecksWriteNothing) {
   PeriodHeader header = Filled("2010");
   header["StartDate"] = "2009-12-01";
-  server.dialogs.Clear();
   EXPECT_FALSE(GravarHeader(context, HeaderMode::New, header));
   EXPECT_EQ(server.dialogs.LastFocus(), "StartDate");
   EXPECT_TRUE(server.dialogs.messages.empty());
@@ -208,16 +191,11 @@ class PeriodDeletion : public PeriodEditor {
  protected:
   PeriodDeletion() {
     for (const PeriodTable& table : kPeriodTables) {
-      const std::string into = "insert into " + std::string(table.name);
-      if (table.byCustomer) {
-        Script(into +
-               " (FiscalYear,StartDate,EndDate,Cliente) values ('2010','2010-01-01','2010-12-31','X'),"
-               "('2011','2010-01-01','2010-12-31','X')");
-      } else {
-        Script(into +
-               " (FiscalYear,StartDate,EndDate) values ('2010','2010-01-01','2010-12-31'),"
-               "('2010','2010-01-01','2010-12-30')");
-      }
+      Script("insert into " + std::string(table.name) + " (FiscalYear,StartDate,EndDate" +
+             (table.byCustomer
+                  ? ",Cliente) values ('2010','2010-01-01','2010-12-31','X'),"
+                    "('2011','2010-01-01','2010-12-31','X')"
+                  : ") values ('2010','2010-01-01','2010-12-31'),('2010','2010-01-01','2010-12-30')"));
     }
   }
   std::vector<std::string> Counts() {
@@ -239,7 +217,7 @@ TEST_F(PeriodDeletion, TakesThePeriodAndLeavesTheOthers) {
 
 TEST_F(PeriodDeletion, OfAnotherCustomerTakesTheAccountingTablesAlone) {
   PeriodListItem item = List().front();
-  item.cliente = "Y";
+  item.cliente = "' or ''='";
   server.dialogs.confirmations = {true};
   ASSERT_TRUE(EliminarHeader(context, {item}));
   EXPECT_EQ(Counts(), (std::vector<std::string>{"2", "1", "1", "1", "2", "2", "2", "1", "2", "1"}));
@@ -252,14 +230,6 @@ TEST_F(PeriodDeletion, NeedsOneRowAndAYes) {
   server.dialogs.confirmations = {false};
   EXPECT_FALSE(EliminarHeader(context, {List().front()}));
   EXPECT_EQ(Counts(), std::vector<std::string>(10, "2"));
-}
-
-TEST_F(PeriodDeletion, HostileCustomerDoesNoHarm) {
-  PeriodListItem item = List().front();
-  item.cliente = "' or ''='";
-  server.dialogs.confirmations = {true};
-  ASSERT_TRUE(EliminarHeader(context, {item}));
-  EXPECT_EQ(One("select count(*) from TabHeader"), "2");
 }
 
 TEST_F(PeriodDeletion, FailureInTheMiddleKeepsEverything) {
