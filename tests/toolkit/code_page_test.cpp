@@ -25,10 +25,7 @@ TEST(CodePage, EveryByteComesBack) {
 
 TEST(CodePage, KnownCharacters) {
   EXPECT_EQ(ToCodePage("€ ç Ã – Ÿ").bytes, "\x80 \xE7 \xC3 \x96 \x9F");
-  EXPECT_EQ(FromCodePage("\x93"
-                         "aspas"
-                         "\x94"),
-            "“aspas”");
+  EXPECT_EQ(FromCodePage("\x93 \x94"), "“ ”");
 }
 
 TEST(CodePage, TellsWhatItLacks) {
@@ -43,27 +40,16 @@ TEST(CodePage, TellsWhatItLacks) {
   EXPECT_EQ(out, "<\xE7#!");
 }
 
-struct IllFormed {
-  const char* text;
-  std::size_t characters;
-};
-
 // Each byte that is no part of a character counts alone: cut short, overlong, surrogate, beyond the last one.
 TEST(Utf8, CountsIllFormedBytesOneByOne) {
-  constexpr IllFormed kRows[] = {{"\x80", 1},
-                                 {"\xC3", 1},
-                                 {"\xE2\x82", 2},
-                                 {"\xC0\xAF", 2},
-                                 {"\xED\xA0\x80", 3},
-                                 {"\xC3"
-                                  "a",
-                                  2},
-                                 {"\xF4\x90\x80\x80", 4},
-                                 {"\xE0\x80\x80", 3},
-                                 {"ç\xFFç", 3}};
-  for (const IllFormed& row : kRows) {
-    EXPECT_EQ(CharacterCount(row.text), row.characters) << row.text;
-    EXPECT_FALSE(FitsCodePage(row.text));
+  const std::pair<std::string_view, std::size_t> kRows[] = {
+      {"\x80", 1},         {"\xC3", 1},     {"\xE2\x82", 2},         {"\xC0\xAF", 2},
+      {"\xED\xA0\x80", 3}, {"\xC3\x41", 2}, {"\xF4\x90\x80\x80", 4}, {"\xE0\x80\x80", 3},
+      {"ç\xFFç", 3},
+  };
+  for (const auto& [text, characters] : kRows) {
+    EXPECT_EQ(CharacterCount(text), characters) << text;
+    EXPECT_FALSE(FitsCodePage(text)) << text;
   }
 }
 
@@ -89,9 +75,6 @@ TEST(Utf8, FindsTheEndOfAscii) {
 }
 
 TEST(Encrypt, ComplementsAndSwapsHalves) {
-  EXPECT_EQ(DecToBin(0x41), "01000001");
-  EXPECT_EQ(InverteBin("01000001"), "11101011");
-  EXPECT_EQ(BinToDec("11101011"), 0xEB);
   EXPECT_EQ(Encrypt("A"), "ë");    // 41 to EB
   EXPECT_EQ(Encrypt("a1"), "éì");  // 61 to E9, 31 to EC
   EXPECT_EQ(Encrypt(""), "");

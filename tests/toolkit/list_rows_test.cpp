@@ -26,10 +26,8 @@ TEST(SortedRows, AmountsByTheirExactValue) {
             (Cells{"-3", "9,5", "10", "1.000,00", "922337203685477,5806", "922337203685477,5807"}));
   EXPECT_EQ(Sorted({"9.5", "10.25", "1,000.5"}, ColumnKind::Amount, false, {{".", ",", "3"}, {}}),
             (Cells{"9.5", "10.25", "1,000.5"}));
-}
-
-TEST(SortedRows, BlankAmountsAreZeroAndOtherTextsComeFirst) {
-  EXPECT_EQ(Sorted({"1", "n/d", "", "-1", "abc"}, ColumnKind::Amount), (Cells{"abc", "n/d", "-1", "", "1"}));
+  EXPECT_EQ(Sorted({"1", "n/d", "", "-1", "abc"}, ColumnKind::Amount), (Cells{"abc", "n/d", "-1", "", "1"}))
+      << "blank ones are zero, other texts come first";
 }
 
 TEST(SortedRows, DatesByTheCalendarInAnyForm) {
@@ -45,7 +43,6 @@ TEST(SortedRows, TextsWithoutRegardToCase) {
 }
 
 TEST(SortedRows, DescendingReversesAndEqualOnesStay) {
-  EXPECT_EQ(Sorted({"1", "3", "2"}, ColumnKind::Amount, true), (Cells{"3", "2", "1"}));
   EXPECT_EQ(Sorted({"1,0", "1", "2"}, ColumnKind::Amount, true), (Cells{"2", "1,0", "1"}));
 }
 

@@ -21,27 +21,31 @@ struct Written {
   const char* text;
 };
 
-class FDNumCases : public testing::TestWithParam<Written> {};
-
-TEST_P(FDNumCases, Writes) {
-  const Written& row = GetParam();
-  EXPECT_EQ(FDNum(Money(row.value), row.casas, row.thousands, row.decimal, kPortuguese), row.text);
+// Rounded by magnitude: no asymmetry of halves here.
+TEST(FDNum, WritesForTheFileAndForLists) {
+  const Written kRows[] = {
+      {"1234567.5", 2, "SSM", ".", "1234567.50"},
+      {"0", 2, "SSM", ".", "0.00"},
+      {"5", 2, "SSM", ".", "5.00"},
+      {"-0.001", 2, "SSM", ".", "0.00"},
+      {"-0.006", 2, "SSM", ".", "-0.01"},
+      {"-5", 0, "SSM", ".", "-5"},
+      {"0.996", 2, "SSM", ".", "1.00"},
+      {"1.005", 2, "SSM", ".", "1.01"},
+      {"-1.005", 2, "SSM", ".", "-1.01"},
+      {"1.23", 9, "SSM", ".", "1.2300"},
+      {"1.23", -3, "SSM", ".", "1"},
+      {"1234567.5", 2, "", "", "1.234.567,50"},
+      {"123", 0, "", "", "123"},
+      {"1234", 0, " ", "", "1 234"},
+      {"-123456", 1, "", "", "-123.456,0"},
+      {"922337203685477.5807", 4, "", "", "922.337.203.685.477,5807"},
+  };
+  for (const Written& row : kRows) {
+    EXPECT_EQ(FDNum(Money(row.value), row.casas, row.thousands, row.decimal, kPortuguese), row.text)
+        << row.value;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    ForTheFile, FDNumCases,
-    testing::Values(Written{"1234567.5", 2, "SSM", ".", "1234567.50"}, Written{"0", 2, "SSM", ".", "0.00"},
-                    Written{"5", 2, "SSM", ".", "5.00"}, Written{"-0.001", 2, "SSM", ".", "0.00"},
-                    Written{"-0.006", 2, "SSM", ".", "-0.01"}, Written{"-5", 0, "SSM", ".", "-5"},
-                    Written{"0.996", 2, "SSM", ".", "1.00"}, Written{"1.005", 2, "SSM", ".", "1.01"},
-                    Written{"-1.005", 2, "SSM", ".", "-1.01"},  // rounded by magnitude, so no asymmetry here
-                    Written{"1.23", 9, "SSM", ".", "1.2300"}, Written{"1.23", -3, "SSM", ".", "1"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    ForLists, FDNumCases,
-    testing::Values(Written{"1234567.5", 2, "", "", "1.234.567,50"}, Written{"123", 0, "", "", "123"},
-                    Written{"1234", 0, " ", "", "1 234"}, Written{"-123456", 1, "", "", "-123.456,0"},
-                    Written{"922337203685477.5807", 4, "", "", "922.337.203.685.477,5807"}));
 
 TEST(FDNum, FollowsTheSessionMarks) {
   const Currency value = Money("1234567.5");
@@ -120,10 +124,9 @@ TEST(NumToVBNum, JoinsWholeAndDecimals) {
   EXPECT_EQ(NumToVBNum("", 0, kPortuguese), "0.");
 }
 
-TEST(NumberWriting, ShortestTexts) {
+TEST(NumberText, IsTheShortestWithItsSymbol) {
   EXPECT_EQ(NumberText(Money("0.125"), ","), "0,125");
   EXPECT_EQ(NumberText(Money("-5"), ","), "-5");
-  EXPECT_EQ(CurToSQL(Money("-12.50")), "-12.5");
 }
 
 TEST(Zerar, PadsAndRaisesTheSize) {

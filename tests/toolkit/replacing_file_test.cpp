@@ -37,10 +37,21 @@ TEST(FileSink, CountsWhatWasAppendedAndTellsAFullDisk) {
   EXPECT_FALSE(sink.complete);
 }
 
-TEST(ReplacingFile, TheTargetChangesOnlyWhenFinished) {
+/// A folder with a file of an earlier run.
+class Replacing : public testing::Test {
+ protected:
+  Replacing() { test::WriteFile(target, "earlier"); }
+
+  void ExpectTheEarlierOneAlone() const {
+    EXPECT_EQ(test::ReadFile(target), "earlier");
+    EXPECT_EQ(FilesIn(folder.Path()), 1u);
+  }
+
   const test::TempFolder folder;
   const fs::path target = folder / "relatório_ção.XML";
-  test::WriteFile(target, "earlier");
+};
+
+TEST_F(Replacing, TheTargetChangesOnlyWhenFinished) {
   {
     ReplacingFile file(target);
     file.Append("new");
@@ -52,18 +63,12 @@ TEST(ReplacingFile, TheTargetChangesOnlyWhenFinished) {
   EXPECT_EQ(FilesIn(folder.Path()), 1u);
 }
 
-TEST(ReplacingFile, AnUnfinishedFileLeavesNothing) {
-  const test::TempFolder folder;
-  const fs::path target = folder / "a.XML";
-  test::WriteFile(target, "earlier");
+TEST_F(Replacing, AnUnfinishedFileLeavesNothing) {
   ReplacingFile(target).Append("half");
-  EXPECT_EQ(test::ReadFile(target), "earlier");
-  EXPECT_EQ(FilesIn(folder.Path()), 1u);
+  ExpectTheEarlierOneAlone();
 }
 
-TEST(ReplacingFile, CopiesFromWhatItWroteEvenWhenReplaced) {
-  const test::TempFolder folder;
-  const fs::path target = folder / "a.XML";
+TEST_F(Replacing, CopiesFromWhatItWroteEvenWhenReplaced) {
   const std::string bytes = "<" + std::string(300'000, 'm') + ">";
   ReplacingFile first(target);
   first.Append(bytes);
@@ -90,10 +95,7 @@ int InChild(Work&& work) {
   return status;
 }
 
-TEST(ReplacingFile, TheNextRunRemovesWhatAKilledOneLeftAndNothingElse) {
-  const test::TempFolder folder;
-  const fs::path target = folder / "a.XML";
-  test::WriteFile(target, "earlier");
+TEST_F(Replacing, TheNextRunRemovesWhatAKilledOneLeftAndNothingElse) {
   test::WriteFile(folder / "notes.tmp", "somebody's own");
   const int status = InChild([&] {
     ReplacingFile file(target);
@@ -114,10 +116,7 @@ TEST(ReplacingFile, TheNextRunRemovesWhatAKilledOneLeftAndNothingElse) {
   EXPECT_EQ(FilesIn(folder.Path()), 3u);
 }
 
-TEST(ReplacingFile, ADiskThatRunsFullLeavesTheEarlierFile) {
-  const test::TempFolder folder;
-  const fs::path target = folder / "a.XML";
-  test::WriteFile(target, "earlier");
+TEST_F(Replacing, ADiskThatRunsFullLeavesTheEarlierFile) {
   const int status = InChild([&] {
     ::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{100'000, 100'000};
@@ -134,12 +133,10 @@ TEST(ReplacingFile, ADiskThatRunsFullLeavesTheEarlierFile) {
   });
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 42);
-  EXPECT_EQ(test::ReadFile(target), "earlier");
-  EXPECT_EQ(FilesIn(folder.Path()), 1u);
+  ExpectTheEarlierOneAlone();
 }
 
-TEST(ReplacingFile, PlacesThatTakeNoFileAreNamed) {
-  const test::TempFolder folder;
+TEST_F(Replacing, PlacesThatTakeNoFileAreNamed) {
   test::WriteFile(folder / "file", "");
   fs::create_directories(folder / "taken.XML" / "inside");
   EXPECT_THROW(ReplacingFile(folder / "file" / "a.XML"), FileError);
@@ -152,7 +149,7 @@ TEST(ReplacingFile, PlacesThatTakeNoFileAreNamed) {
               std::string::npos)
         << error.what();
   }
-  EXPECT_EQ(FilesIn(folder.Path()), 2u);
+  EXPECT_EQ(FilesIn(folder.Path()), 3u);
 }
 
 }  // namespace
