@@ -9,22 +9,31 @@ namespace korvel::test {
 
 namespace {
 
-const Record kDocument{{"Tipo", "FT1"},
-                       {"Numero", "00000001"},
-                       {"Ano", "2011"},
-                       {"Data", "2011-03-05"},
-                       {"DataVenc", "2011-04-05"},
-                       {"PagaComo", "NU"},
-                       {"Desconto", "0"},
-                       {"IVA", "23"},
-                       {"TotalDoc", "123"},
-                       {"ValorIRS", "0"},
-                       {"TabIva1", "2"},
-                       {"Armazem", "A1"},
-                       {"Hash", "abc"},
-                       {"HashControl", "1"}};
+constexpr std::string_view kDocument =
+    "Tipo=FT1;Numero=00000001;Ano=2011;Data=2011-03-05;DataVenc=2011-04-05;PagaComo=NU;"
+    "Desconto=0;IVA=23;TotalDoc=123;ValorIRS=0;TabIva1=2;Armazem=A1;Hash=abc;HashControl=1";
 
-Record With(Record defaults, const Record& values) {
+constexpr std::string_view kLine =
+    "Tipo=FT1;Numero=00000001;Ano=2011;Data=2011-03-05;Codigo=P1;Descricao=Porca;QuantNormal=1;"
+    "Unidade=Uni;ValorIliq=100;TotalDesconto=0;IvaTabela=2;IvaTaxa=23;Armazem=A1";
+
+constexpr std::string_view kCustomer =
+    "Codigo=C1;Descricao=Cliente Um;Contribuinte=501234567;Contacto=Ana;Policia=7;Rua=Rua A;"
+    "Morada=Rua A, 7;CodPost=9500-100;Distrito=Leste;Pais=PT;Expedicao_Policia=8;"
+    "Expedicao_Rua=Rua B;Expedicao_Morada=Rua B, 8;Expedicao_CodPost=9600-200;"
+    "Expedicao_Distrito=Norte;Expedicao_Pais=ES;Telefone=296;Fax=297;Email=ana@um.pt;Site=um.pt;"
+    "Diversos=0;AutoFacturacao=1;ContaContabil=poc;ContaContabilSNC=snc;ContaContabilB=poc B";
+
+}  // namespace
+
+Record With(std::string_view texts, const Record& values) {
+  Record defaults;
+  while (!texts.empty()) {
+    const std::string_view cell = texts.substr(0, texts.find(';'));
+    const auto equals = cell.find('=');
+    defaults.emplace_back(cell.substr(0, equals), cell.substr(equals + 1));
+    texts.remove_prefix(std::min(texts.size(), cell.size() + 1));
+  }
   for (const auto& [column, value] : values) {
     const auto same = [&, name = column](const auto& entry) { return entry.first == name; };
     const auto found = std::find_if(defaults.begin(), defaults.end(), same);
@@ -36,39 +45,6 @@ Record With(Record defaults, const Record& values) {
   }
   return defaults;
 }
-
-const Record kLine{{"Tipo", "FT1"},      {"Numero", "00000001"}, {"Ano", "2011"},      {"Data", "2011-03-05"},
-                   {"Codigo", "P1"},     {"Descricao", "Porca"}, {"QuantNormal", "1"}, {"Unidade", "Uni"},
-                   {"ValorIliq", "100"}, {"TotalDesconto", "0"}, {"IvaTabela", "2"},   {"IvaTaxa", "23"},
-                   {"Armazem", "A1"}};
-
-const Record kCustomer{{"Codigo", "C1"},
-                       {"Descricao", "Cliente Um"},
-                       {"Contribuinte", "501234567"},
-                       {"Contacto", "Ana"},
-                       {"Policia", "7"},
-                       {"Rua", "Rua A"},
-                       {"Morada", "Rua A, 7"},
-                       {"CodPost", "9500-100"},
-                       {"Distrito", "Leste"},
-                       {"Pais", "PT"},
-                       {"Expedicao_Policia", "8"},
-                       {"Expedicao_Rua", "Rua B"},
-                       {"Expedicao_Morada", "Rua B, 8"},
-                       {"Expedicao_CodPost", "9600-200"},
-                       {"Expedicao_Distrito", "Norte"},
-                       {"Expedicao_Pais", "ES"},
-                       {"Telefone", "296"},
-                       {"Fax", "297"},
-                       {"Email", "ana@um.pt"},
-                       {"Site", "um.pt"},
-                       {"Diversos", "0"},
-                       {"AutoFacturacao", "1"},
-                       {"ContaContabil", "poc"},
-                       {"ContaContabilSNC", "snc"},
-                       {"ContaContabilB", "poc B"}};
-
-}  // namespace
 
 BrevantWorld::BrevantWorld() {
   server.UseCompany("0001");
@@ -116,11 +92,11 @@ void BrevantWorld::IncludeRemoved() {
   Company("update ParamGeral set IncluirDocumentosAnulados='S'");
 }
 
-void BrevantWorld::Add(std::string_view table, Record defaults, const Record& values) {
-  const Record record = With(std::move(defaults), values);
+void BrevantWorld::Add(std::string_view table, std::string_view defaults, const Record& values) {
   std::string names;
   std::string marks;
   std::vector<data::Parameter> bound;
+  const Record record = With(defaults, values);
   for (const auto& [column, value] : record) {
     names += (names.empty() ? "" : ",") + std::string(column);
     marks += marks.empty() ? "?" : ",?";
@@ -131,24 +107,24 @@ void BrevantWorld::Add(std::string_view table, Record defaults, const Record& va
 }
 
 void BrevantWorld::AddDocument(const Record& values) {
-  Add("MovCliente",
-      With(kDocument, {{"Codigo", "C1"},
-                       {"CodPostal", "9500-100"},
-                       {"Pais", "PT"},
-                       {"Contribuinte", "123456789"},
-                       {"DataSys", "2011-03-05 10:20:30"},
-                       {"Valor", "100"},
-                       {"TaxIva1", "23"}}),
-      values);
+  static const std::string defaults =
+      std::string(kDocument) +
+      ";Codigo=C1;CodPostal=9500-100;Pais=PT;Contribuinte=123456789;DataSys=2011-03-05 10:20:30;Valor=100;"
+      "TaxIva1=23";
+  Add("MovCliente", defaults, values);
 }
 
 void BrevantWorld::AddRemoved(const Record& values) {
-  Add("LOG_MovTerceiro", With(kDocument, {{"Entidade", "C1"}, {"ValorIliq", "100"}, {"TaxaIva1", "23"}}),
-      values);
+  static const std::string defaults = std::string(kDocument) + ";Entidade=C1;ValorIliq=100;TaxaIva1=23";
+  Add("LOG_MovTerceiro", defaults, values);
 }
 
 void BrevantWorld::AddLine(const Record& values) {
   Add("MovProduto", kLine, values);
+}
+
+void BrevantWorld::AddRemovedLine(const Record& values) {
+  Add("LOG_MovProduto", kLine, values);
 }
 
 void BrevantWorld::AddCustomer(const Record& values) {
@@ -156,21 +132,13 @@ void BrevantWorld::AddCustomer(const Record& values) {
 }
 
 void BrevantWorld::AddProduct(const Record& values) {
-  Add("Produtos",
-      {{"Codigo", "P1"}, {"Descricao", "Porca"}, {"Servico", "0"}, {"Portes", "0"}, {"Grupo", "G"}}, values);
+  Add("Produtos", "Codigo=P1;Descricao=Porca;Servico=0;Portes=0;Grupo=G", values);
 }
 
 void BrevantWorld::AddTax(const Record& values) {
   Add("TabIVA",
-      {{"Codigo", "2"},
-       {"Descricao", "Normal"},
-       {"CompraVenda", "V"},
-       {"Zona", "PT"},
-       {"Taxa", "23"},
-       {"Saft_TaxType", "IVA"},
-       {"SAFT_TaxCountryRegion", "PT"},
-       {"Saft_TaxCode", "NOR"},
-       {"Saft_Description", "Taxa Normal"}},
+      "Codigo=2;Descricao=Normal;CompraVenda=V;Zona=PT;Taxa=23;Saft_TaxType=IVA;SAFT_TaxCountryRegion=PT;"
+      "Saft_TaxCode=NOR;Saft_Description=Taxa Normal",
       values);
 }
 
@@ -190,10 +158,6 @@ bool BrevantWorld::Losing(std::size_t statement, const std::function<bool()>& wo
   const bool done = work();
   server.servers.observer = record;
   return done;
-}
-
-void BrevantWorld::AddRemovedLine(const Record& values) {
-  Add("LOG_MovProduto", kLine, values);
 }
 
 }  // namespace korvel::test

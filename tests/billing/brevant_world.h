@@ -18,6 +18,9 @@ namespace korvel::test {
 /// A row to be inserted: columns with their values. "NULL" is a NULL.
 using Record = std::vector<std::pair<std::string_view, std::string>>;
 
+/// The row "Codigo=P1;Descricao=Porca", given values going before those.
+Record With(std::string_view defaults, const Record& values);
+
 /// A server with a company whose billing and accounting products' databases are made, and a billing period of 2011.
 /// There are the document types FT1 (FT), NC1 (NC, refers to others), VD1 (VD, pays) and TD1 (TD), the tax codes 2 (23 %)
 /// and 0 (exempt), staged for the period, the customer C1 with the tax number 123456789, staged too, and nothing else.
@@ -42,7 +45,7 @@ class BrevantWorld : public testing::Test {
   void AddCustomer(const Record& values);  // C1 with the tax number 501234567 and nothing missing
   void AddProduct(const Record& values);   // the article P1 of group G
   void AddTax(const Record& values);       // the sale code 2, 23 %
-  void Add(std::string_view table, Record defaults, const Record& values = {});
+  void Add(std::string_view table, std::string_view defaults, const Record& values);
 
   /// Takes away the master data that the world starts with, staged rows included.
   void ClearMasters();

@@ -260,33 +260,26 @@ class DocumentsReference : public BrevantWorld, public testing::WithParamInterfa
     for (int i = 0; i < 60; ++i) {
       AddLine(Line());
       AddRemovedLine(Line());
-      Add("Atribui", {{"Tipo0", One({"FT1", "NC1"})},
-                      {"Num0", Numero()},
-                      {"Ano0", One({"2010", "2011"})},
-                      {"Tipo1", One({"FT1", "NC1"})},
-                      {"Num1", Numero()},
-                      {"Ano1", One({"2010", "2011"})}});
+      Add("Atribui", "",
+          {{"Tipo0", One({"FT1", "NC1"})},
+           {"Num0", Numero()},
+           {"Ano0", One({"2010", "2011"})},
+           {"Tipo1", One({"FT1", "NC1"})},
+           {"Num1", Numero()},
+           {"Ano1", One({"2010", "2011"})}});
     }
     for (int i = 0; i < 30; ++i) {
-      Add("MovItem", Join(Key(), {{"Item", One({"S1", "S2"})},
-                                  {"ItemDesc", "Serviço"},
-                                  {"Linha2", One({"", "dois"})},
-                                  {"Linha20", "vinte"},
-                                  {"ValorInc", "9"},
-                                  {"ValorDesc", "1"},
-                                  {"IvaTab", "0"}}));
-      Add("ImpostosMovProduto", {{"CliFor", One({"C", "C", "F"})},
-                                 {"Processa", "S"},
-                                 {"Tipo", One({"FT1", "NC1"})},
-                                 {"Numero", Numero()},
-                                 {"Ano", One({"2010", "2011"})},
-                                 {"Identifica", One({"1", "2", "", "NULL"})},
-                                 {"Produto", One({"P1", "P2"})},
-                                 {"CodigoImposto", One({"ECO", "X"})},
-                                 {"Imposto", "1"},
-                                 {"ValorUnitario", "1"},
-                                 {"TabIva", One({"2", "0"})},
-                                 {"TaxaIva", "6"}});
+      Add("MovItem", "ItemDesc=Serviço;Linha20=vinte;ValorInc=9;ValorDesc=1;IvaTab=0",
+          Join(Key(), {{"Item", One({"S1", "S2"})}, {"Linha2", One({"", "dois"})}}));
+      Add("ImpostosMovProduto", "Processa=S;Imposto=1;ValorUnitario=1;TaxaIva=6",
+          {{"CliFor", One({"C", "C", "F"})},
+           {"Tipo", One({"FT1", "NC1"})},
+           {"Numero", Numero()},
+           {"Ano", One({"2010", "2011"})},
+           {"Identifica", One({"1", "2", "", "NULL"})},
+           {"Produto", One({"P1", "P2"})},
+           {"CodigoImposto", One({"ECO", "X"})},
+           {"TabIva", One({"2", "0"})}});
     }
   }
 

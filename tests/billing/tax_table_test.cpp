@@ -53,15 +53,5 @@ TEST_F(BillingTaxes, StagedRowsComeBackAsTheyWereShown) {
   EXPECT_EQ(loaded->at(0).cells, grid[0].cells);
 }
 
-TEST_F(BillingTaxes, ACodeWithoutAuditDataStopsTheSave) {
-  AddTax({{"Codigo", "1"}, {"Taxa", "6"}});
-  AddTax({{"Saft_TaxCode", ""}});
-  AddTax({{"Codigo", "3"}, {"Taxa", "30"}});
-  EXPECT_FALSE(billing::GravarImpostos(server.Context(), period, Calculated()));
-  EXPECT_EQ(LastText(), "O Campo [Código do Imposto] está Vazio!\nNão pode Gravar");
-  EXPECT_EQ(server.Rows("Korvel0001", "select CodigoBrevant from TabTaxTableGEST"),
-            std::vector<std::string>{"1"});
-}
-
 }  // namespace
 }  // namespace korvel::test
