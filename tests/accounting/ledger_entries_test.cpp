@@ -32,7 +32,7 @@ class LedgerEntries : public test::LunderWorld {
 
 TEST_F(LedgerEntries, LinesAreStagedInTheOrderOfTheJournal) {
   AddLines({{.numero = "2-B", .descricao = "D'Avila", .contribuinte = "501 234 567", .valRecap = "1"},
-            {.contaSp = "31", .afecta = "C", .valor = "10.005", .numero = "1+A", .diario = "EN"},
+            {.contaSp = "31", .afecta = "C", .valor = "10.005", .numero = "1+A", .diario = "en"},
             {.afecta = "C", .valor = "0", .numero = "3"},
             {.contaSp = "2112", .valor = "1000"},
             {.data = "2011-01-01"},
@@ -46,7 +46,7 @@ TEST_F(LedgerEntries, LinesAreStagedInTheOrderOfTheJournal) {
               "FiscalYear,Utilizador"),
       ElementsAre(
           "NULL\tNULL\tNULL\tNULL\tNULL\tNULL\tNULL\tNULL\tNULL\tNULL\tother\tNULL\tNULL\tNULL\t2009\tNULL",
-          "3\t10,00\t10,01\tEN\tFim\t2010-03-05 EN 1YA\t15\tEncerramento\tVenda\t\t2\t0\t10,01\t"
+          "3\t10,00\t10,01\ten\tFim\t2010-03-05 en 1YA\t15\tEncerramento\tVenda\t\t2\t0\t10,01\t"
           "2010-03-06T10:20:30\t2010\tsa",
           "3\t10,00\t10,01\tV\tVendas\t2010-03-05 V 2KB\t3\tD'Avila\tD'Avila\t501234567\t1\t10\t0\t"
           "2010-03-06T10:20:30\t2010\tsa"));

@@ -27,12 +27,9 @@ class LedgerReviewTest : public test::LunderWorld {
   }
 };
 
-TEST_F(LedgerReviewTest, NothingStagedIsSaid) {
+TEST_F(LedgerReviewTest, AsksThenReadsInTheOrderOfTheJournalWhatThereIs) {
   EXPECT_EQ(VerRegistos(server.Context(), period, Confirmation::Ask), nullptr);
   EXPECT_EQ(LastText(), "Não tem registos para Visualizar.");
-}
-
-TEST_F(LedgerReviewTest, AsksThenReadsInTheOrderOfTheJournal) {
   Stage(1200);
   server.dialogs.answers = {1, 0};
   EXPECT_EQ(VerRegistos(server.Context(), period, Confirmation::Ask), nullptr);
@@ -52,10 +49,8 @@ TEST_F(LedgerReviewTest, WhatWasReviewedCanBeSavedAgain) {
   const std::string columns =
       "select "
       "NumberOfEntries,TotalDebit,Journal,JournalID,[Transaction],TransactionID,Period,TransactionDate,"
-      "SourceID,"
-      "Description,DocArchivalNumber,TransactionType,GLPostingDate,RecordID,AccountID,LineDescription,"
-      "DebitAmount,"
-      "CreditAmount,Utilizador from TabGeneralLedgerEntriesPOC order by RecordID";
+      "SourceID,Description,DocArchivalNumber,TransactionType,GLPostingDate,RecordID,AccountID,"
+      "LineDescription,DebitAmount,CreditAmount,Utilizador from TabGeneralLedgerEntriesPOC order by RecordID";
   const auto before = Staged(columns);
   periods::Grid grid = Reviewed();
   ASSERT_TRUE(GravarMovimentos(server.Context(), period, grid));
