@@ -157,20 +157,18 @@ TEST_F(CompanyEditor, DeletionTakesDatabaseRowAndRights) {
   ASSERT_TRUE(CreateFromCard(context, NewCard("Outra", {"ANA"}))) << "the code is free again";
 }
 
-TEST_F(CompanyEditor, CompanyWhoseDatabaseIsGoneCanBeTakenOffTheList) {
+TEST_F(CompanyEditor, CompanyInUseStaysWholeAndOneWithoutDatabaseCanBeTakenOffTheList) {
   ASSERT_TRUE(CreateCompany(context, {.code = "0001", .description = "Um"}));
+  {
+    const auto user = server.Open("Korvel0001");
+    EXPECT_FALSE(DeleteCompany(context, "0001"));
+  }
+  EXPECT_THAT(server.dialogs.LastText(), testing::StartsWith("Não foi possivel Eliminar a Empresa!\n"));
+  EXPECT_FALSE(DeleteCompany(context, "1; drop database KorvelConfig"));
+  EXPECT_EQ(server.One("KorvelConfig", "select count(*) from Empresas"), "1");
   server.Run("master", "drop database Korvel0001");
   EXPECT_TRUE(DeleteCompany(context, "0001"));
   EXPECT_EQ(server.One("KorvelConfig", "select count(*) from Empresas"), "0");
-}
-
-TEST_F(CompanyEditor, CompanyInUseStaysWhole) {
-  ASSERT_TRUE(CreateCompany(context, {.code = "0001", .description = "Um"}));
-  const auto user = server.Open("Korvel0001");
-  EXPECT_FALSE(DeleteCompany(context, "0001"));
-  EXPECT_THAT(server.dialogs.LastText(), testing::StartsWith("Não foi possivel Eliminar a Empresa!\n"));
-  EXPECT_EQ(server.One("KorvelConfig", "select count(*) from Empresas"), "1");
-  EXPECT_FALSE(DeleteCompany(context, "1; drop database KorvelConfig"));
 }
 
 TEST_F(CompanyEditor, InstallMarkGoesBackAndForth) {

@@ -43,11 +43,6 @@ class ConfigProceduresTest : public testing::Test {
   std::unique_ptr<data::Connection> config;
 };
 
-TEST_F(ConfigProceduresTest, AreAllThere) {
-  EXPECT_EQ(server.One("KorvelConfig", "select count(*) from sysobjects where xtype='P'"),
-            std::to_string(ConfigProcedures().size()));
-}
-
 TEST_F(ConfigProceduresTest, InsertLogFillsWhatIsLeftOut) {
   EXPECT_EQ(Log({}), 0);
   EXPECT_EQ(Log({{"2009-12-31"}, {"23:59"}}), 0);

@@ -93,29 +93,22 @@ TEST_F(ConfigUpgrade, MakesEveryTableColumnAndType) {
   EXPECT_EQ(server.dialogs.Texts(), std::vector<std::string>{});
 }
 
-TEST_F(ConfigUpgrade, KeysRefuseASecondRowAlsoAfterTheWidening) {
+TEST_F(ConfigUpgrade, TwiceLeavesTheSameSchemaWithItsKeysAndShowsNothing) {
   ASSERT_TRUE(EnsureConfigDatabase(context));
+  const auto schema = Schema();
+  ASSERT_GT(schema.size(), 60U);
   ASSERT_TRUE(Upgrade().ran);
-  constexpr std::string_view kOnce[] = {
-      "insert into UserManagement (LoginName,AdminTasks,AllDatabases) values ('ANA',0,0)",
-      "insert into UserDatabases (LoginName,Db_Name) values ('ANA','Korvel0001')",
-      "insert into Acessos (Utilizador,Chave,Empresa) values ('ANA','WMenu','0001')",
-  };
-  for (const std::string_view insert : kOnce) {
-    server.Run("KorvelConfig", insert);
-    EXPECT_THROW(server.Run("KorvelConfig", insert), data::Error) << insert;
-  }
-}
-
-TEST_F(ConfigUpgrade, TwiceLeavesTheSameSchemaAndShowsNothing) {
-  ASSERT_TRUE(EnsureConfigDatabase(context));
-  const auto once = Schema();
-  ASSERT_GT(once.size(), 60U);
-  ASSERT_TRUE(Upgrade().ran);
-  EXPECT_EQ(Schema(), once);
+  EXPECT_EQ(Schema(), schema);
   EXPECT_EQ(server.Rows("KorvelConfig", "select Versao from Actualiza"),
             std::vector<std::string>{SchemaVersion()});
   EXPECT_EQ(server.dialogs.Texts(), std::vector<std::string>{});
+  for (const std::string_view once :
+       {"insert into UserManagement (LoginName,AdminTasks,AllDatabases) values ('ANA',0,0)",
+        "insert into UserDatabases (LoginName,Db_Name) values ('ANA','Korvel0001')",
+        "insert into Acessos (Utilizador,Chave,Empresa) values ('ANA','WMenu','0001')"}) {
+    server.Run("KorvelConfig", once);
+    EXPECT_THROW(server.Run("KorvelConfig", once), data::Error) << "keys refuse a second row: " << once;
+  }
 }
 
 TEST_F(ConfigUpgrade, OnNewDatabasesOnlyDropsAndKeysThatAreThereFail) {
@@ -152,17 +145,16 @@ TEST_F(ConfigUpgrade, HostsThatSomebodySetStay) {
             std::vector<std::string>{"correio\t"});
 }
 
-TEST_F(ConfigUpgrade, EnsureLeavesACompleteOneAlone) {
-  ASSERT_TRUE(EnsureConfigDatabase(context));
-  server.Run("KorvelConfig", "drop table Configura");
-  ASSERT_TRUE(EnsureConfigDatabase(context));
-  EXPECT_EQ(One("select count(*) from sysobjects where name='Configura'"), "0");
-}
-
-TEST_F(ConfigUpgrade, EnsureFinishesWhatAnInterruptionLeft) {
+TEST_F(ConfigUpgrade, EnsureFinishesWhatAnInterruptionLeftAndLeavesACompleteOneAlone) {
   server.Run("master", "create database KorvelConfig");
   ASSERT_TRUE(EnsureConfigDatabase(context));
   EXPECT_EQ(One("select Versao from Actualiza"), SchemaVersion());
+  server.Run("KorvelConfig", "drop table Configura");
+  ASSERT_TRUE(EnsureConfigDatabase(context));
+  EXPECT_EQ(One("select count(*) from sysobjects where name='Configura'"), "0");
+  server.session.gPassword = "errada";
+  EXPECT_FALSE(EnsureConfigDatabase(context));
+  EXPECT_EQ(server.dialogs.messages.size(), 1U) << "why it cannot";
 }
 
 TEST_F(ConfigUpgrade, TwoAdministratorsAtATimeMakeOne) {
@@ -188,12 +180,6 @@ TEST_F(ConfigUpgrade, ReadOnlyOneIsLeftAsItIs) {
   EXPECT_TRUE(Upgrade().ran);
   EXPECT_EQ(Schema(), before);
   EXPECT_EQ(server.dialogs.Texts(), std::vector<std::string>{});
-}
-
-TEST_F(ConfigUpgrade, EnsureTellsWhyItCannot) {
-  server.session.gPassword = "errada";
-  EXPECT_FALSE(EnsureConfigDatabase(context));
-  EXPECT_EQ(server.dialogs.messages.size(), 1U);
 }
 
 TEST_F(ConfigUpgrade, ObjectsAreLookedAtWhereTheServerAsksForIt) {

@@ -7,11 +7,14 @@
 namespace korvel::databases {
 namespace {
 
+/// A company with a table TabCores.
 class SqlAdmin : public testing::Test {
  protected:
   SqlAdmin() {
     server.UseCompany("0001");
     company = server.Open("Korvel0001");
+    SQLCreateTable(*company, "TabCores");
+    SQLAddField(*company, "varchar(5) NULL", "Cor", "TabCores");
   }
 
   test::TestServer server;
@@ -19,8 +22,6 @@ class SqlAdmin : public testing::Test {
 };
 
 TEST_F(SqlAdmin, FindsWhatIsThereInAnyCase) {
-  SQLCreateTable(*company, "TabCores");
-  SQLAddField(*company, "varchar(10) NULL", "Cor", "TabCores");
   EXPECT_TRUE(CheckDatabase(*company, "KORVEL0001"));
   EXPECT_TRUE(CheckDatabase(*company, "korvel0001"));
   EXPECT_FALSE(CheckDatabase(*company, "Korvel000"));
@@ -33,8 +34,6 @@ TEST_F(SqlAdmin, FindsWhatIsThereInAnyCase) {
 }
 
 TEST_F(SqlAdmin, CreatesAddsAndChangesWithoutLosingRows) {
-  SQLCreateTable(*company, "TabCores");
-  SQLAddField(*company, "varchar(4) NULL", "Cor", "TabCores");
   company->Execute("insert into TabCores (Cor) values ('Azul')");
   SQLCreateTable(*company, "TabCores");
   SQLAddField(*company, "varchar(4) NULL", "Cor", "TabCores");
@@ -45,8 +44,6 @@ TEST_F(SqlAdmin, CreatesAddsAndChangesWithoutLosingRows) {
 }
 
 TEST_F(SqlAdmin, UniqueIndexRefusesAndPlainOneDoesNot) {
-  SQLCreateTable(*company, "TabCores");
-  SQLAddField(*company, "varchar(10) NULL", "Cor", "TabCores");
   SQLAddField(*company, "varchar(10) NULL", "Tom", "TabCores");
   SQLCreateIndex(*company, "IX_Cor", "TabCores", "Cor", true);
   SQLCreateIndex(*company, "IX_Tom", "TabCores", "Tom", false);

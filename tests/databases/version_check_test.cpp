@@ -57,23 +57,18 @@ TEST_F(VersionCheck, TellsWhatToDo) {
   }
 }
 
-TEST_F(VersionCheck, EqualVersionsPassInSilence) {
+TEST_F(VersionCheck, EqualVersionsPassInSilenceAlsoThatOfAnOldConfiguration) {
   EXPECT_TRUE(VerificaVersao(context, {"0001"}));
   EXPECT_TRUE(VerificaVersao(context, {""}));
   EXPECT_EQ(server.dialogs.Texts(), std::vector<std::string>{});
-}
-
-TEST_F(VersionCheck, OldConfigurationTellsItsVersionInEntidade) {
+  EXPECT_FALSE(VerificaVersao(context, {"0002", false, true}));
+  EXPECT_EQ(server.dialogs.LastText(),
+            fmt::format("{}\n{}", server.session.gErroDescricao, server.session.gErroNumero))
+      << "a database that does not open is shown even in silence";
   server.Run("KorvelConfig", "drop table Actualiza");
   EXPECT_FALSE(VerificaVersao(context, {""})) << "no row in Entidade";
   server.Open("KorvelConfig")->Execute("insert into Entidade (Versao) values (?)", {SchemaVersion()});
   EXPECT_TRUE(VerificaVersao(context, {""}));
-}
-
-TEST_F(VersionCheck, DatabaseThatDoesNotOpenIsShownEvenInSilence) {
-  EXPECT_FALSE(VerificaVersao(context, {"0002", false, true}));
-  EXPECT_EQ(server.dialogs.LastText(),
-            fmt::format("{}\n{}", server.session.gErroDescricao, server.session.gErroNumero));
 }
 
 TEST(ShownVersion, IsWithoutLeadingZeros) {

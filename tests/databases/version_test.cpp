@@ -14,10 +14,5 @@ TEST(Version, DigitsCompareAsTextInTheOrderOfVersions) {
   EXPECT_LT(VersionDigits("3.9.0"), VersionDigits("3.10.0"));
 }
 
-TEST(Version, OfTheProgramHasThreeNumbers) {
-  EXPECT_EQ(SchemaVersion(), VersionDigits(ProgramVersion()));
-  EXPECT_GT(SchemaVersion(), "000000000000");
-}
-
 }  // namespace
 }  // namespace korvel::databases
