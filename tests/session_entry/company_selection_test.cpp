@@ -39,30 +39,7 @@ TEST_F(Selection, SaysThatACompanyHasGone) {
   EXPECT_EQ(server.session.gCodEmpresa, "");
 }
 
-TEST_F(Selection, SaysThatTheServerKeepsAUserOut) {
-  world.AddLogin("ana");
-  OpenAs("ana", "segredo", "0001");
-  EXPECT_EQ(form.Companies()[0].version, "");
-  EXPECT_FALSE(form.Selecionar(context));
-  EXPECT_THAT(server.dialogs.Texts(),
-              ElementsAre(HasSubstr("Não foi possivel abrir a Empresa seleccionada!")));
-  EXPECT_THAT(world.Config("select * from Acessos where Utilizador='ana'"), IsEmpty());
-}
-
-TEST_F(Selection, ALoginDroppedMeanwhileEntersNowhere) {
-  world.AddLogin("ana");
-  world.LetIn("ana", "0001");
-  OpenAs("ana", "segredo", "0001");
-  server.session.gLogin = "sa";
-  server.session.gPassword = "";
-  ASSERT_TRUE(databases::DeleteLogin(context, "ana")) << server.session.gErroDescricao;
-  server.session.gLogin = "ANA";
-  server.session.gPassword = "segredo";
-  EXPECT_FALSE(form.Selecionar(context));
-  EXPECT_EQ(server.session.gCodEmpresa, "");
-}
-
-TEST_F(Selection, AsksForTheUpgradeOfAnOlderCompany) {
+TEST_F(Selection, AsksForTheUpgradeOfAnOlderCompanyAndStopsAtANewerOne) {
   OpenAs("sa", "", "0001");
   SetVersion("Korvel0001", "000000000001");
   server.dialogs.answers = {1};
@@ -75,10 +52,7 @@ TEST_F(Selection, AsksForTheUpgradeOfAnOlderCompany) {
   server.dialogs.answers = {0};
   EXPECT_TRUE(form.Selecionar(context)) << server.dialogs.LastText();
   EXPECT_EQ(VersionOf("Korvel0001"), databases::SchemaVersion());
-}
 
-TEST_F(Selection, StopsAtACompanyNewerThanTheProgram) {
-  OpenAs("sa", "", "0001");
   SetVersion("Korvel0001", "999900000000");
   server.dialogs.answers = {0};
   EXPECT_FALSE(form.Selecionar(context));
@@ -87,14 +61,29 @@ TEST_F(Selection, StopsAtACompanyNewerThanTheProgram) {
   EXPECT_EQ(VersionOf("Korvel0001"), "999900000000");
 }
 
-TEST_F(Selection, OrdinaryUserIsNotAskedForAnUpgrade) {
+TEST_F(Selection, OrdinaryUserEntersWhereTheServerLetsHimAndIsNotAskedForAnUpgrade) {
   world.AddLogin("ana");
+  OpenAs("ana", "segredo", "0001");
+  EXPECT_EQ(form.Companies()[0].version, "");
+  EXPECT_FALSE(form.Selecionar(context));
+  EXPECT_THAT(server.dialogs.Texts(),
+              ElementsAre(HasSubstr("Não foi possivel abrir a Empresa seleccionada!")));
+  EXPECT_THAT(world.Config("select * from Acessos where Utilizador='ana'"), IsEmpty());
+
+  BecomeLogin("sa", "");
   world.LetIn("ana", "0001");
   SetVersion("Korvel0001", "000000000001");
   OpenAs("ana", "segredo", "0001");
   EXPECT_FALSE(form.Selecionar(context));
   EXPECT_THAT(server.dialogs.questions, IsEmpty());
   EXPECT_EQ(server.dialogs.LastText(), "Contacte o Administrador do Sistema antes de Operar.");
+
+  SetVersion("Korvel0001", databases::SchemaVersion());
+  BecomeLogin("sa", "");
+  ASSERT_TRUE(databases::DeleteLogin(context, "ana")) << server.session.gErroDescricao;
+  BecomeLogin("ANA", "segredo");
+  EXPECT_FALSE(form.Selecionar(context)) << "the login was dropped meanwhile";
+  EXPECT_EQ(server.session.gCodEmpresa, "");
 }
 
 /// Presses the button again while a question of the first entry stands open.

@@ -75,8 +75,15 @@ TEST_F(OpenWindow, KnowsWhatIsAvailable) {
   EXPECT_EQ(panels.code, "Cód. Emp. 0001");
 }
 
-TEST_F(OpenWindow, OpensAlthoughTheCompanyDoesNot) {
+TEST_F(OpenWindow, NoticesANewerDatabaseAndOpensAlthoughTheCompanyDoesNot) {
+  EXPECT_FALSE(DatabaseWentAhead(context));
+  for (const auto& [version, ahead] : {std::pair("000000000001", false), std::pair("999900000000", true)}) {
+    server.Run("Korvel0001", std::string("update Actualiza set Versao='") + version + "'");
+    EXPECT_EQ(DatabaseWentAhead(context), ahead) << version;
+  }
   server.session.gBaseDados = "Korvel0009";
+  EXPECT_FALSE(DatabaseWentAhead(context));
+  EXPECT_TRUE(server.dialogs.messages.empty());
   server.dialogs.answers = {0};
   EXPECT_FALSE(LoadMainWindow(context).asksParameters);
   EXPECT_THAT(server.dialogs.Texts(), ElementsAre(HasSubstr(server.session.gErroDescricao)));
@@ -110,17 +117,6 @@ TEST_F(OpenWindow, LeavesAMarkBehindWhereTheCompanyKeepsThem) {
               ElementsAre("ana\tPOSTO 2", "sa\t"));
   server.session.gBaseDados = "Korvel0009";
   EXPECT_EQ(CloseMainWindow(context), AfterMainWindow::EndProgram);
-  EXPECT_TRUE(server.dialogs.messages.empty());
-}
-
-TEST_F(OpenWindow, NoticesANewerDatabase) {
-  EXPECT_FALSE(DatabaseWentAhead(context));
-  server.Run("Korvel0001", "update Actualiza set Versao='000000000001'");
-  EXPECT_FALSE(DatabaseWentAhead(context));
-  server.Run("Korvel0001", "update Actualiza set Versao='999900000000'");
-  EXPECT_TRUE(DatabaseWentAhead(context));
-  server.session.gBaseDados = "Korvel0009";
-  EXPECT_FALSE(DatabaseWentAhead(context));
   EXPECT_TRUE(server.dialogs.messages.empty());
 }
 

@@ -41,6 +41,11 @@ class Selection : public testing::Test {
     ASSERT_TRUE(form.Select(code)) << code;
     server.dialogs.Clear();
   }
+  /// The session as another login, without the form's own steps.
+  void BecomeLogin(std::string_view login, std::string_view password) {
+    server.session.gLogin = login;
+    server.session.gPassword = password;
+  }
   void SetVersion(std::string_view database, std::string_view version) {
     server.Run(database, "update Actualiza set Versao='" + std::string(version) + "'");
   }

@@ -109,9 +109,14 @@ TEST_F(ProgramStart, AdministrationCommandsEndTheProcess) {
   EXPECT_THAT(server.dialogs.Texts(), IsEmpty());
 }
 
-TEST_F(ProgramStart, UnattendedRunEntersItsCompany) {
+TEST_F(ProgramStart, UnattendedRunEntersItsCompanyAndWaitsForOneThatIsNotThere) {
   world.Prepare();
   world.AddCompany("0001", "Padaria");
+  server.session = {};
+  EXPECT_EQ(Run(Unattended("0009")).form, FirstForm::CompanySelection);
+  EXPECT_EQ(selection.Companies().size(), 1u);
+  EXPECT_EQ(selection.Selected(), nullptr);
+  EXPECT_THAT(server.dialogs.Texts(), IsEmpty());
   server.session = {};
   EXPECT_EQ(Run(Unattended("0001")).form, FirstForm::MainWindow) << server.dialogs.LastText();
   EXPECT_EQ(server.session.gCmdLogin, "sa");
@@ -119,17 +124,6 @@ TEST_F(ProgramStart, UnattendedRunEntersItsCompany) {
   EXPECT_EQ(server.session.gNomeEmpresa, "Padaria");
   EXPECT_EQ(server.session.gUtilizador, "sa");
   EXPECT_TRUE(server.session.gSysAdmin);
-}
-
-TEST_F(ProgramStart, UnattendedRunWaitsForACompanyThatIsNotThere) {
-  world.Prepare();
-  world.AddCompany("0001");
-  server.session = {};
-  const Started started = Run(Unattended("0009"));
-  EXPECT_EQ(started.form, FirstForm::CompanySelection);
-  EXPECT_EQ(selection.Companies().size(), 1u);
-  EXPECT_EQ(selection.Selected(), nullptr);
-  EXPECT_THAT(server.dialogs.Texts(), IsEmpty());
 }
 
 TEST_F(ProgramStart, UnattendedRunNeedsAServerAndAPasswordThatCanBe) {
