@@ -72,10 +72,7 @@ class EntryControls : public testing::Test {
 
 TEST_F(EntryControls, ADateIsReadWhenItsBoxIsLeft) {
   const struct {
-    const char* typed;
-    const char* neutral;
-    const char* regional;
-    const char* said;
+    const char *typed, *neutral, *regional, *said;
   } kRows[] = {{"2/3/2011", "2011-03-02", "02/03/2011", ""},
                {"29022012", "2012-02-29", "29/02/2012", ""},
                {"2/3", "2026-03-02", "02/03/2026", ""},
@@ -147,9 +144,7 @@ TEST_F(EntryControls, EscapeGivesAnEntryUp) {
 
 TEST_F(EntryControls, ANumberTakesItsKeysAndNoOthers) {
   const struct {
-    const char* typed;
-    const char* text;
-    const char* shown;
+    const char *typed, *text, *shown;
   } kRows[] = {{"12,50", "12,50", "12,50"},
                {"12.50", "12,50", "12,50"},
                {"1x2,505", "12,50", "12,50"},

@@ -64,11 +64,18 @@ class EveryControl : public Form {
   std::function<void()> onSave = [] {};
 };
 
-struct FormWorld {
+class FormTest : public testing::Test {
+ protected:
+  void Show() {
+    form.show();
+    QApplication::setActiveWindow(&form);
+  }
+
   test::ScriptedDialogs dialogs;
   test::MemorySettings settings;
   test::FixedClock clock;
   Desk desk{{}, {dialogs, settings, clock}};
+  EveryControl form{desk};
 };
 
 /// The name of the control with the cursor, that of the box with arrows for its line.
@@ -79,11 +86,8 @@ std::string Cursor(const QWidget& form) {
   return widget == nullptr ? std::string() : FromQt(widget->objectName());
 }
 
-TEST(Form, EnterMovesOnThroughEveryKindOfControlAndPressesAButton) {
-  FormWorld world;
-  EveryControl form(world.desk);
-  form.show();
-  QApplication::setActiveWindow(&form);
+TEST_F(FormTest, EnterMovesOnThroughEveryKindOfControlAndPressesAButton) {
+  Show();
   Find(form, "txtNome").setFocus();
   std::vector<std::string> visited;
   for (int i = 0; i < 6; ++i) {
@@ -99,24 +103,19 @@ TEST(Form, EnterMovesOnThroughEveryKindOfControlAndPressesAButton) {
   EXPECT_FALSE(Find<QCheckBox>(form, "chkActivo").isChecked());
 }
 
-TEST(Form, EnterEndsAnEntryBeforeItMovesOn) {
-  FormWorld world;
-  EveryControl form(world.desk);
-  form.show();
-  QApplication::setActiveWindow(&form);
+TEST_F(FormTest, EnterEndsAnEntryBeforeItMovesOn) {
+  Show();
   auto& date = Find<Edatas>(form, "datInicio");
   date.setFocus();
   date.setText("99");
   PressKey(date, Qt::Key_Return);
   EXPECT_EQ(date.text(), "");
-  EXPECT_EQ(world.dialogs.messages.size(), 1U);
+  EXPECT_EQ(dialogs.messages.size(), 1U);
   EXPECT_EQ(Cursor(form), "valTotal");
 }
 
-TEST(Form, EscapeLeavesFromEveryControlWithoutAWord) {
-  FormWorld world;
+TEST_F(FormTest, EscapeLeavesFromEveryControlWithoutAWord) {
   for (const char* field : {"txtNome", "cmbMes", "datInicio", "valTotal", "intDias", "cmdGravar"}) {
-    EveryControl form(world.desk);
     WhenAsked([&](QWidget& window) {
       auto& control = Find(window, field);
       control.setFocus();
@@ -126,13 +125,11 @@ TEST(Form, EscapeLeavesFromEveryControlWithoutAWord) {
       PressKey(target, Qt::Key_Escape);
     });
     EXPECT_FALSE(form.Ask()) << field;
-    EXPECT_TRUE(world.dialogs.messages.empty()) << field;
+    EXPECT_TRUE(dialogs.messages.empty()) << field;
   }
 }
 
-TEST(Form, AsksOnlyWhenItCouldLoad) {
-  FormWorld world;
-  EveryControl form(world.desk);
+TEST_F(FormTest, AsksOnlyWhenItCouldLoad) {
   form.loads = false;
   EXPECT_FALSE(form.Ask());
   form.loads = true;
@@ -141,9 +138,7 @@ TEST(Form, AsksOnlyWhenItCouldLoad) {
   EXPECT_TRUE(form.Ask());
 }
 
-TEST(Form, NeitherClosesNorStartsMoreWhileWorkGoesOn) {
-  FormWorld world;
-  EveryControl form(world.desk);
+TEST_F(FormTest, NeitherClosesNorStartsMoreWhileWorkGoesOn) {
   form.show();
   bool tried = false;
   QTimer::singleShot(10, [&] {
@@ -152,8 +147,7 @@ TEST(Form, NeitherClosesNorStartsMoreWhileWorkGoesOn) {
     Find<QPushButton>(form, "cmdGravar").click();  // the second click of a double one
     tried = true;
   });
-  world.desk.Run(
-      [](const session::Context&) { std::this_thread::sleep_for(std::chrono::milliseconds(100)); });
+  desk.Run([](const session::Context&) { std::this_thread::sleep_for(std::chrono::milliseconds(100)); });
   EXPECT_TRUE(tried);
   EXPECT_TRUE(form.isVisible());
   EXPECT_EQ(form.saved, 0);
@@ -161,30 +155,24 @@ TEST(Form, NeitherClosesNorStartsMoreWhileWorkGoesOn) {
   EXPECT_FALSE(form.isVisible());
 }
 
-TEST(Form, WhatAButtonThrowsIsShownAndTheFormGoesOn) {
-  FormWorld world;
-  EveryControl form(world.desk);
+TEST_F(FormTest, WhatAButtonThrowsIsShownAndTheFormGoesOn) {
   form.onSave = [] { throw std::runtime_error("A ligação caiu"); };
   form.show();
   Press(form, "cmdGravar");
-  EXPECT_EQ(world.dialogs.LastText(), "A ligação caiu");
+  EXPECT_EQ(dialogs.LastText(), "A ligação caiu");
   EXPECT_TRUE(form.isVisible());
 }
 
-TEST(Form, RemembersItsSize) {
-  FormWorld world;
-  {
-    EveryControl form(world.desk);
-    form.show();
-    form.resize(433, 377);
-    form.close();
-  }
-  EveryControl again(world.desk);
+TEST_F(FormTest, RemembersItsSize) {
+  form.show();
+  form.resize(433, 377);
+  form.close();
+  EveryControl again(desk);
   again.show();
   EXPECT_EQ(again.size(), QSize(433, 377));
 }
 
-TEST(Form, AStoreThatCannotBeWrittenIsToldOnce) {
+TEST(FormOnAFullDisk, AStoreThatCannotBeWrittenIsToldOnce) {
   test::ScriptedDialogs dialogs;
   FullStore settings;
   const test::FixedClock clock;
@@ -198,9 +186,7 @@ TEST(Form, AStoreThatCannotBeWrittenIsToldOnce) {
   EXPECT_EQ(dialogs.Texts(), std::vector<std::string>{"O disco está cheio"});
 }
 
-TEST(Form, ShowsWhatIsLoadedBehindItsCaption) {
-  FormWorld world;
-  EveryControl form(world.desk);
+TEST_F(FormTest, ShowsWhatIsLoadedBehindItsCaption) {
   form.SetCaption("Clientes");
   form.SetCaptionDetail("2025");
   EXPECT_EQ(form.windowTitle(), "Clientes  -  2025");
@@ -208,17 +194,14 @@ TEST(Form, ShowsWhatIsLoadedBehindItsCaption) {
   EXPECT_EQ(form.windowTitle(), "Clientes");
 }
 
-TEST(Form, EnterInAGridActivatesItsRowAndStays) {
-  FormWorld world;
-  EveryControl form(world.desk);
+TEST_F(FormTest, EnterInAGridActivatesItsRowAndStays) {
   const std::vector<toolkit::GridColumn> columns{
       {.heading = "Código", .width = 1500, .alignment = {}, .kind = {}, .summed = false}};
-  auto* grid = new GridPanel(world.desk, "frmTeste", "lvwLista", columns, false, &form);
+  auto* grid = new GridPanel(desk, "frmTeste", "lvwLista", columns, false, &form);
   form.layout()->addWidget(grid);
   int activated = 0;
   grid->onActivate = [&] { ++activated; };
-  form.show();
-  QApplication::setActiveWindow(&form);
+  Show();
   grid->View().setFocus();
   PressKey(grid->View(), Qt::Key_Return);
   EXPECT_EQ(activated, 0);

@@ -341,14 +341,6 @@ TEST(RowFeed, StopsItsReaderInTheMiddle) {
   EXPECT_LT(read, 1000000);
 }
 
-TEST(RowFeed, BringsTheFailureOfItsReader) {
-  RowFeed feed([](const RowFeed::Sink& sink) {
-    sink(Row(1));
-    throw std::runtime_error("a ligação caiu");
-  });
-  EXPECT_THROW(feed.Take(10), std::runtime_error);
-}
-
 TEST(ProgressText, LeavesOutWhatIsNotKnown) {
   const auto begun = std::chrono::steady_clock::time_point(std::chrono::hours(1));
   const struct {

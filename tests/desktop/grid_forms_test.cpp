@@ -103,6 +103,11 @@ class Extractions : public GridForms {
                 }};
   }
   ExtractionForm& Open() { return GridForms::Open(form); }
+  ExtractionForm& OpenWithPeriod(int place = 0) {
+    auto& window = Open();
+    ChoosePeriod(window, place);
+    return window;
+  }
 
   std::optional<Grid> staged = Grid{{true, {"1", "Ana"}}};
   std::optional<Grid> source = Grid{{true, {"1", "Ana"}}, {true, {"2", "Rui"}}};
@@ -125,8 +130,7 @@ TEST_F(Extractions, WithoutAPeriodNothingHappens) {
 }
 
 TEST_F(Extractions, APeriodShowsWhatIsStagedAndTheTitleSaysSo) {
-  auto& window = Open();
-  ChoosePeriod(window, 0);
+  auto& window = OpenWithPeriod();
   EXPECT_THAT(Names(Model(window).Rows()), ElementsAre("Ana"));
   EXPECT_EQ(Title(window), "Clientes da Contabilidade  -  Customer  -  " + PeriodText(window));
   staged = std::nullopt;
@@ -136,8 +140,7 @@ TEST_F(Extractions, APeriodShowsWhatIsStagedAndTheTitleSaysSo) {
 }
 
 TEST_F(Extractions, CalculateShowsTheSourceAndSaveTakesTheGrid) {
-  auto& window = Open();
-  ChoosePeriod(window, 1);
+  auto& window = OpenWithPeriod(1);
   Press(window, "cmdCalcular");
   EXPECT_THAT(Names(Model(window).Rows()), ElementsAre("Ana", "Rui"));
   Press(window, "cmdGravar");
@@ -146,8 +149,7 @@ TEST_F(Extractions, CalculateShowsTheSourceAndSaveTakesTheGrid) {
 }
 
 TEST_F(Extractions, ASourceThatGivesNothingLeavesTheGrid) {
-  auto& window = Open();
-  ChoosePeriod(window, 0);
+  auto& window = OpenWithPeriod();
   giveUp = true;
   Press(window, "cmdCalcular");
   EXPECT_THAT(Names(Model(window).Rows()), ElementsAre("Ana"));
@@ -160,8 +162,7 @@ TEST_F(Extractions, ASourceThatGivesNothingLeavesTheGrid) {
 
 TEST_F(Extractions, ARefusedSaveGoesToTheRow) {
   source = Grid{{true, {"1", "Ana"}}, {false, {"2", ""}}, {true, {"3", " "}}};
-  auto& window = Open();
-  ChoosePeriod(window, 0);
+  auto& window = OpenWithPeriod();
   Press(window, "cmdCalcular");
   refuse = "O Campo [Nome] está Vazio!";
   Press(window, "cmdGravar");
@@ -170,8 +171,7 @@ TEST_F(Extractions, ARefusedSaveGoesToTheRow) {
 }
 
 TEST_F(Extractions, TheButtonEnterAndADoubleClickCorrectTheRow) {
-  auto& window = Open();
-  ChoosePeriod(window, 0);
+  auto& window = OpenWithPeriod();
   View(window).setCurrentIndex(Model(window).index(0, 1));
   Press(window, "cmdAlterar");
   PressKey(View(window), Qt::Key_Return);
@@ -217,7 +217,11 @@ class Journals : public GridForms {
     ChoosePeriod(window, 0);
     return window;
   }
-  void AnswerYes() { dialogs.answers.push_back(0); }
+  /// Asks to see the rows and consents.
+  void PressReview() {
+    dialogs.answers.push_back(0);
+    Press(*form, "cmdVerRegistos");
+  }
   std::size_t Shown() { return Model(*form).Rows().size(); }
 
   int count = 3000;
@@ -238,8 +242,7 @@ TEST_F(Journals, WithoutAPeriodNothingHappens) {
 
 TEST_F(Journals, AReviewAsksThenShowsAScreenAndTheCount) {
   auto& window = OpenWithPeriod();
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  PressReview();
   EXPECT_EQ(dialogs.questions.size(), 1U);
   EXPECT_GT(Shown(), 0U);
   EXPECT_TRUE(Model(window).HasMore());
@@ -251,22 +254,19 @@ TEST_F(Journals, AReviewAsksThenShowsAScreenAndTheCount) {
 
 TEST_F(Journals, ADeclinedReviewLeavesTheGridAndAnEmptyOneClearsIt) {
   auto& window = OpenWithPeriod();
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  PressReview();
   const std::size_t before = Shown();
   dialogs.answers.push_back(1);
   Press(window, "cmdVerRegistos");
   EXPECT_EQ(Shown(), before);
   count = 0;
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  PressReview();
   EXPECT_EQ(Shown(), 0U);
 }
 
 TEST_F(Journals, ASaveTakesTheRowsThatWaitToo) {
   auto& window = OpenWithPeriod();
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  PressReview();
   EXPECT_LT(Shown(), 3000U);
   Press(window, "cmdGravar");
   EXPECT_EQ(saved, 3000U);
@@ -275,8 +275,7 @@ TEST_F(Journals, ASaveTakesTheRowsThatWaitToo) {
 TEST_F(Journals, AConnectionLostInTheMiddleIsToldAndNothingIsSaved) {
   failAt = 2800;
   auto& window = OpenWithPeriod();
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  PressReview();
   EXPECT_THAT(dialogs.Texts(), IsEmpty()) << "nobody has asked for those rows";
   Press(window, "cmdGravar");
   EXPECT_THAT(dialogs.Texts(), ElementsAre("ligação perdida"));
@@ -284,34 +283,29 @@ TEST_F(Journals, AConnectionLostInTheMiddleIsToldAndNothingIsSaved) {
   EXPECT_THAT(dialogs.LastText(), StartsWith("Os registos não foram lidos até ao fim!"));
   EXPECT_EQ(saved, std::nullopt);
   failAt = 0;
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  PressReview();
   Press(window, "cmdGravar");
   EXPECT_EQ(saved, 3000U);
 }
 
 TEST_F(Journals, AFailureBeforeTheFirstRowIsTheCoresToTell) {
   failAt = 1;
-  auto& window = OpenWithPeriod();
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  OpenWithPeriod();
+  PressReview();
   EXPECT_THAT(dialogs.Texts(), ElementsAre("ligação perdida"));
   EXPECT_EQ(Shown(), 0U);
 }
 
 TEST_F(Journals, AReviewInTheMiddleStopsForWhatComesNext) {
   auto& window = OpenWithPeriod();
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  PressReview();
   Press(window, "cmdCalcular");
   EXPECT_EQ(processed, 1);
   EXPECT_FALSE(Model(window).HasMore());
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  PressReview();
   ChoosePeriod(window, 1);
   EXPECT_EQ(Shown(), 0U) << "rows of the period before";
-  AnswerYes();
-  Press(window, "cmdVerRegistos");
+  PressReview();
   Press(window, "cmdFechar");
   EXPECT_FALSE(window.isVisible());
   form.reset();  // while rows wait

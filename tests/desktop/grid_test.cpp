@@ -68,10 +68,13 @@ class Grid : public testing::Test {
   std::unique_ptr<GridPanel> MakePanel(bool withTicks = true) {
     auto columns = toolkit::ParseGridLayout(kLayout);
     auto made = std::make_unique<GridPanel>(world.desk, "frmTeste", "lvwTeste", columns, withTicks);
+    made->Model().SetRows(Customers());
     made->resize(500, 300);
     made->show();
     return made;
   }
+  GridModel& Model() { return panel->Model(); }
+  GridView& View() { return panel->View(); }
   std::string Foot() { return FromQt(Find<QLabel>(*panel, "lblRodape_lvwTeste").text()); }
   std::string Heading(std::size_t column) {
     return FromQt(
@@ -98,13 +101,11 @@ class Grid : public testing::Test {
 };
 
 TEST_F(Grid, ShowsItsColumns) {
-  panel->Model().SetRows(Customers());
-  GridView& view = panel->View();
-  EXPECT_TRUE(view.isColumnHidden(0));
-  EXPECT_EQ(view.columnWidth(kName), 2000 * view.logicalDpiX() / 1440);
-  EXPECT_EQ(panel->Model().Cell(2, 0), "3");
+  EXPECT_TRUE(View().isColumnHidden(0));
+  EXPECT_EQ(View().columnWidth(kName), 2000 * View().logicalDpiX() / 1440);
+  EXPECT_EQ(Model().Cell(2, 0), "3");
   const auto role = [&](std::size_t column, int which) {
-    return view.model()->data(view.model()->index(0, static_cast<int>(column)), which);
+    return Model().data(Model().index(0, static_cast<int>(column)), which);
   };
   EXPECT_EQ(role(kName, Qt::DisplayRole).toString(), "Silva");
   EXPECT_EQ(role(kDate, Qt::TextAlignmentRole).toInt(), int{Qt::AlignHCenter | Qt::AlignVCenter});
@@ -115,9 +116,8 @@ TEST_F(Grid, ShowsItsColumns) {
 
 TEST_F(Grid, WithoutTicksHasNoBoxes) {
   panel = MakePanel(false);
-  panel->Model().SetRows(Customers());
-  EXPECT_FALSE(panel->Model().data(panel->Model().index(0, kName), Qt::CheckStateRole).isValid());
-  panel->Model().InvertTicks();
+  EXPECT_FALSE(Model().data(Model().index(0, kName), Qt::CheckStateRole).isValid());
+  Model().InvertTicks();
   EXPECT_EQ(Ticked().size(), 3U);
   EXPECT_EQ(Foot(), "3 registos");
 }
@@ -130,7 +130,7 @@ struct Sort {
 TEST_F(Grid, AClickOnAHeadingSortsAndASecondReverses) {
   const Sort sorts[]{{kName, {"2", "3", "1"}}, {kDate, {"3", "1", "2"}}, {kAmount, {"3", "2", "1"}}};
   for (const Sort& sort : sorts) {
-    panel->Model().SetRows(Customers());
+    Model().SetRows(Customers());
     ClickHeading(sort.column);
     EXPECT_EQ(Keys(), sort.ascending);
     ClickHeading(sort.column);
@@ -139,7 +139,6 @@ TEST_F(Grid, AClickOnAHeadingSortsAndASecondReverses) {
 }
 
 TEST_F(Grid, MarksTheHeadingSortedOnUntilAnotherIsClicked) {
-  panel->Model().SetRows(Customers());
   EXPECT_EQ(Heading(kName), "Nome");
   ClickHeading(kName);
   EXPECT_EQ(Heading(kName), "Nome (Asc.)");
@@ -148,12 +147,11 @@ TEST_F(Grid, MarksTheHeadingSortedOnUntilAnotherIsClicked) {
   ClickHeading(kAmount);
   EXPECT_EQ(Heading(kName), "Nome");
   EXPECT_EQ(Heading(kAmount), "Valor (Asc.)");
-  panel->Model().SetRows(Customers());
+  Model().SetRows(Customers());
   EXPECT_EQ(Heading(kAmount), "Valor");
 }
 
 TEST_F(Grid, TheCursorStaysWithItsRowWhenSorted) {
-  panel->Model().SetRows(Customers());
   panel->SelectRow(0);
   ClickHeading(kAmount);
   EXPECT_EQ(panel->CurrentRow(), 2U);
@@ -161,61 +159,58 @@ TEST_F(Grid, TheCursorStaysWithItsRowWhenSorted) {
 }
 
 TEST_F(Grid, KeysTickAndInvert) {
-  panel->Model().SetRows(Customers());
-  PressKey(panel->View(), Qt::Key_Space);
+  PressKey(View(), Qt::Key_Space);
   EXPECT_EQ(Ticked().size(), 3U) << "without a row";
-  panel->View().setCurrentIndex(panel->Model().index(0, kName));
-  panel->View().selectionModel()->select(panel->Model().index(2, kName),
-                                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
-  PressKey(panel->View(), Qt::Key_Space);
+  View().setCurrentIndex(Model().index(0, kName));
+  View().selectionModel()->select(Model().index(2, kName),
+                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  PressKey(View(), Qt::Key_Space);
   EXPECT_EQ(Ticked(), Texts{"2"});
   EXPECT_EQ(Foot(), "3 registos  -  1 marcado");
-  PressKey(panel->View(), Qt::Key_Menu);
+  PressKey(View(), Qt::Key_Menu);
   EXPECT_EQ(Ticked(), (Texts{"1", "3"}));
-  PressKey(panel->View(), Qt::Key_F10, Qt::ShiftModifier);
+  PressKey(View(), Qt::Key_F10, Qt::ShiftModifier);
   EXPECT_EQ(Ticked(), Texts{"2"});
-  const QModelIndex box = panel->Model().index(0, kName);
-  EXPECT_TRUE(panel->Model().setData(box, Qt::Checked, Qt::CheckStateRole));
-  EXPECT_EQ(panel->Model().TickedCount(), 2U);
+  const QModelIndex box = Model().index(0, kName);
+  EXPECT_TRUE(Model().setData(box, Qt::Checked, Qt::CheckStateRole));
+  EXPECT_EQ(Model().TickedCount(), 2U);
 }
 
 TEST_F(Grid, EnterAndADoubleClickActivateARow) {
-  panel->Model().SetRows(Customers());
   int activated = 0;
   panel->onActivate = [&] { ++activated; };
-  PressKey(panel->View(), Qt::Key_Return);
+  PressKey(View(), Qt::Key_Return);
   EXPECT_EQ(activated, 0) << "without a row";
   panel->SelectRow(1);
-  PressKey(panel->View(), Qt::Key_Return);
-  emit panel->View().doubleClicked(panel->Model().index(1, kName));
+  PressKey(View(), Qt::Key_Return);
+  emit View().doubleClicked(Model().index(1, kName));
   EXPECT_EQ(activated, 2);
 }
 
 TEST_F(Grid, CopiesTheSelectedRowsWithTheirHeadings) {
   periods::Grid rows = Customers();
   rows[1].cells[kName] = "água\te\r\nluz";
-  panel->Model().SetRows(rows);
-  panel->View().selectAll();
-  PressKey(panel->View(), Qt::Key_C, Qt::ControlModifier);
+  Model().SetRows(rows);
+  View().selectAll();
+  PressKey(View(), Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(FromQt(QApplication::clipboard()->text()),
             "Nome\tData\tValor\nSilva\t31-12-2025\t1.000,00\nágua e luz\t01-02-2026\t9,5\nCosta\t\t-3\n");
 }
 
 TEST_F(Grid, TheFootSumsTheColumnWithTheCursor) {
-  panel->Model().SetRows(Customers());
-  panel->View().setCurrentIndex(panel->Model().index(0, kName));
+  View().setCurrentIndex(Model().index(0, kName));
   EXPECT_EQ(Foot(), "3 registos  -  3 marcados");
-  panel->View().setCurrentIndex(panel->Model().index(0, kAmount));
+  View().setCurrentIndex(Model().index(0, kAmount));
   EXPECT_EQ(Foot(), "3 registos  -  3 marcados  -  Valor: 1.006,50");
-  panel->Model().Edit([](periods::Grid& rows) { rows[2].cells[kAmount] = "0,01"; });
+  Model().Edit([](periods::Grid& rows) { rows[2].cells[kAmount] = "0,01"; });
   EXPECT_EQ(Foot(), "3 registos  -  3 marcados  -  Valor: 1.009,51");
-  panel->Model().RemoveRow(0);
-  EXPECT_EQ(panel->Model().SumOf(kAmount), data::Currency::FromUnits(95100));
-  panel->Model().Edit([](periods::Grid& rows) {
+  Model().RemoveRow(0);
+  EXPECT_EQ(Model().SumOf(kAmount), data::Currency::FromUnits(95100));
+  Model().Edit([](periods::Grid& rows) {
     for (auto& row : rows) row.cells[kAmount] = "922337203685477,5807";
   });
-  EXPECT_EQ(panel->Model().SumOf(kAmount), std::nullopt) << "out of range";
-  EXPECT_EQ(panel->Model().SumOf(kName), std::nullopt);
+  EXPECT_EQ(Model().SumOf(kAmount), std::nullopt) << "out of range";
+  EXPECT_EQ(Model().SumOf(kName), std::nullopt);
 }
 
 TEST_F(Grid, StagedAmountsOfBothSidesAreAlwaysSummed) {
@@ -237,9 +232,9 @@ TEST_F(Grid, StagedAmountsOfBothSidesAreAlwaysSummed) {
 TEST_F(Grid, ColouredRowsStayLegibleOnADarkGround) {
   periods::Grid rows = Customers();
   rows[0].colour = 16711680;
-  panel->Model().SetRows(rows);
+  Model().SetRows(rows);
   const auto colour = [&](int row) {
-    return panel->Model().data(panel->Model().index(row, kName), Qt::ForegroundRole).value<QColor>();
+    return Model().data(Model().index(row, kName), Qt::ForegroundRole).value<QColor>();
   };
   const QPalette before = QApplication::palette();
   QApplication::setPalette(QPalette(Qt::white));
@@ -253,18 +248,18 @@ TEST_F(Grid, ColouredRowsStayLegibleOnADarkGround) {
 }
 
 TEST_F(Grid, RemembersTheWidthsOfItsColumns) {
-  panel->View().setColumnWidth(kName, 333);
+  View().setColumnWidth(kName, 333);
   panel->hide();
   panel = MakePanel();
-  EXPECT_EQ(panel->View().columnWidth(kName), 333);
-  EXPECT_TRUE(panel->View().isColumnHidden(0));
+  EXPECT_EQ(View().columnWidth(kName), 333);
+  EXPECT_TRUE(View().isColumnHidden(0));
   world.settings.kept.Write("frmTeste", "lvwTeste_Larguras", "1 2");
   panel = MakePanel();
-  EXPECT_NE(panel->View().columnWidth(kName), 2) << "kept for other columns";
+  EXPECT_NE(View().columnWidth(kName), 2) << "kept for other columns";
 }
 
 TEST_F(Grid, AStoreOfWidthsThatFailsIsTold) {
-  panel->View().setColumnWidth(kName, 333);
+  View().setColumnWidth(kName, 333);
   world.settings.full = true;
   panel->hide();
   QApplication::processEvents();
@@ -274,21 +269,21 @@ TEST_F(Grid, AStoreOfWidthsThatFailsIsTold) {
 class Search : public Grid {
  protected:
   void Look(std::string_view text) {
-    PressKey(panel->View(), Qt::Key_F, Qt::ControlModifier);
-    auto& window = Find(panel->View(), "WProcura");
+    PressKey(View(), Qt::Key_F, Qt::ControlModifier);
+    auto& window = Find(View(), "WProcura");
     Type(window, "txtProcura", text);
     Press(window, "cmdProcurar");
   }
 };
 
 TEST_F(Search, FindsFromTheFirstRowAndOnwards) {
-  panel->Model().SetRows({Row("1", "Ana"), Row("2", "Rui"), Row("3", "ANABELA"), Row("4", "Zé", "", "12")});
+  Model().SetRows({Row("1", "Ana"), Row("2", "Rui"), Row("3", "ANABELA"), Row("4", "Zé", "", "12")});
   panel->SelectRow(3);
   Look("ana");
   EXPECT_EQ(panel->CurrentRow(), 0U);
-  PressKey(panel->View(), Qt::Key_F3);
+  PressKey(View(), Qt::Key_F3);
   EXPECT_EQ(panel->CurrentRow(), 2U);
-  PressKey(panel->View(), Qt::Key_F3);
+  PressKey(View(), Qt::Key_F3);
   EXPECT_EQ(panel->CurrentRow(), 2U);
   EXPECT_EQ(world.dialogs.LastText(), "Não foi Encontrado mais nenhum item !");
   Look("12");
@@ -299,10 +294,9 @@ TEST_F(Search, FindsFromTheFirstRowAndOnwards) {
 }
 
 TEST_F(Search, ABlankTextFindsNothing) {
-  panel->Model().SetRows(Customers());
-  PressKey(panel->View(), Qt::Key_F3);
-  Press(Find(panel->View(), "WProcura"), "cmdProcurar");
-  EXPECT_TRUE(Find(panel->View(), "WProcura").isVisible());
+  PressKey(View(), Qt::Key_F3);
+  Press(Find(View(), "WProcura"), "cmdProcurar");
+  EXPECT_TRUE(Find(View(), "WProcura").isVisible());
   EXPECT_TRUE(world.dialogs.messages.empty());
 }
 
@@ -320,81 +314,80 @@ class Feed : public Grid {
       }
     });
   }
-  std::size_t Shown() { return panel->Model().Rows().size(); }
+  std::size_t Shown() { return Model().Rows().size(); }
 
   std::atomic<std::size_t> read = 0;
 };
 
 TEST_F(Feed, TheFirstScreenOfAMillionRowsReadsAFewOnly) {
-  EXPECT_TRUE(panel->Model().SetFeed(Rows(1000000)));
+  EXPECT_TRUE(Model().SetFeed(Rows(1000000)));
   EXPECT_GE(Shown(), 100U);
   EXPECT_LE(read, 5000U);
-  EXPECT_TRUE(panel->Model().HasMore());
+  EXPECT_TRUE(Model().HasMore());
   EXPECT_NE(Foot().find(" ... e mais"), std::string::npos);
 }
 
 TEST_F(Feed, ScrollingReadsOnAndTheEndReadsAll) {
-  panel->Model().SetFeed(Rows(5000));
+  Model().SetFeed(Rows(5000));
   panel->SelectRow(0);
   QApplication::processEvents();
   const std::size_t first = Shown();
-  panel->View().verticalScrollBar()->setValue(panel->View().verticalScrollBar()->maximum());
+  View().verticalScrollBar()->setValue(View().verticalScrollBar()->maximum());
   EXPECT_GT(Shown(), first);
   EXPECT_LT(Shown(), 5000U);
-  PressKey(panel->View(), Qt::Key_End, Qt::ControlModifier);
+  PressKey(View(), Qt::Key_End, Qt::ControlModifier);
   EXPECT_EQ(Shown(), 5000U);
   EXPECT_EQ(panel->CurrentRow(), 4999U);
   EXPECT_EQ(Foot(), "5.000 registos  -  5.000 marcados  -  Valor: 5.000,00");
 }
 
 TEST_F(Feed, WhatFitsOnAScreenHasNoMore) {
-  panel->Model().SetFeed(Rows(200));
+  Model().SetFeed(Rows(200));
   EXPECT_EQ(Foot(), "200 registos  -  200 marcados");
-  EXPECT_FALSE(panel->Model().SetFeed(Rows(0)));
+  EXPECT_FALSE(Model().SetFeed(Rows(0)));
   EXPECT_EQ(Shown(), 200U) << "a feed without rows changes nothing";
 }
 
 TEST_F(Feed, SumsAndInvertedTicksHoldForRowsThatCome) {
-  panel->Model().SetFeed(Rows(3000));
-  panel->View().setCurrentIndex(panel->Model().index(0, kAmount));
-  panel->Model().Tick(0, false);
-  panel->Model().InvertTicks();
-  EXPECT_TRUE(panel->Model().ReadAll());
+  Model().SetFeed(Rows(3000));
+  View().setCurrentIndex(Model().index(0, kAmount));
+  Model().Tick(0, false);
+  Model().InvertTicks();
+  EXPECT_TRUE(Model().ReadAll());
   EXPECT_EQ(Ticked(), Texts{"1"});
   EXPECT_EQ(Foot(), "3.000 registos  -  1 marcado  -  Valor: 3.000,00");
 }
 
 TEST_F(Feed, SortingAndSearchingReadToTheEnd) {
-  panel->Model().SetFeed(Rows(3000));
+  Model().SetFeed(Rows(3000));
   ClickHeading(kAmount);
   EXPECT_EQ(Shown(), 3000U);
-  panel->Model().SetFeed(Rows(3000));
-  PressKey(panel->View(), Qt::Key_F, Qt::ControlModifier);
-  auto& window = Find(panel->View(), "WProcura");
+  Model().SetFeed(Rows(3000));
+  PressKey(View(), Qt::Key_F, Qt::ControlModifier);
+  auto& window = Find(View(), "WProcura");
   Type(window, "txtProcura", "linha 2999");
   Press(window, "cmdProcurar");
   EXPECT_EQ(panel->CurrentRow(), 2998U);
 }
 
 TEST_F(Feed, ALostConnectionIsToldAndTheRowsAreNotWhole) {
-  panel->Model().SetFeed(Rows(5000, 3000));
-  EXPECT_FALSE(panel->Model().ReadAll());
+  Model().SetFeed(Rows(5000, 3000));
+  EXPECT_FALSE(Model().ReadAll());
   EXPECT_EQ(world.dialogs.Texts(), Texts{"ligação perdida"});
-  EXPECT_FALSE(panel->Model().HasMore());
+  EXPECT_FALSE(Model().HasMore());
   EXPECT_GT(Shown(), 0U);
-  EXPECT_FALSE(panel->Model().ReadAll());
+  EXPECT_FALSE(Model().ReadAll());
   EXPECT_EQ(world.dialogs.LastText(),
             "Os registos não foram lidos até ao fim!\nVolte a carregá-los antes de continuar.");
-  panel->Model().SetRows(Customers());
-  EXPECT_TRUE(panel->Model().ReadAll());
+  Model().SetRows(Customers());
+  EXPECT_TRUE(Model().ReadAll());
 }
 
 TEST_F(Feed, AFailureBeforeTheFirstRowChangesNothing) {
-  panel->Model().SetRows(Customers());
-  EXPECT_FALSE(panel->Model().SetFeed(Rows(5, 0)));
+  EXPECT_FALSE(Model().SetFeed(Rows(5, 0)));
   EXPECT_EQ(world.dialogs.Texts(), Texts{"ligação perdida"});
   EXPECT_EQ(Shown(), 3U);
-  EXPECT_TRUE(panel->Model().ReadAll());
+  EXPECT_TRUE(Model().ReadAll());
 }
 
 /// Presses the cancel button of the box that waits.
@@ -411,22 +404,22 @@ void CancelWork() {
 
 TEST_F(Feed, ReadingToTheEndCanBeCancelledAndGoneOnWith) {
   std::atomic<bool> slow = true;
-  panel->Model().SetFeed(std::make_unique<RowFeed>([&](const RowFeed::Sink& sink) {
+  Model().SetFeed(std::make_unique<RowFeed>([&](const RowFeed::Sink& sink) {
     for (std::size_t i = 0; i < 9000; ++i) {
       if (slow && i > 3000 && i % 1000 == 0) std::this_thread::sleep_for(std::chrono::milliseconds(300));
       sink(Row(std::to_string(i), "Linha", {}, "1"));
     }
   }));
-  EXPECT_GT(panel->Model().SumOf(kAmount), data::Currency());
+  EXPECT_GT(Model().SumOf(kAmount), data::Currency());
   CancelWork();
   ClickHeading(kName);
-  EXPECT_TRUE(panel->Model().HasMore());
+  EXPECT_TRUE(Model().HasMore());
   EXPECT_EQ(Heading(kName), "Nome") << "not sorted";
   EXPECT_EQ(world.dialogs.LastText(), "Operação cancelada: o que estava em curso foi desfeito.");
   slow = false;
-  EXPECT_TRUE(panel->Model().ReadAll());
+  EXPECT_TRUE(Model().ReadAll());
   EXPECT_EQ(Shown(), 9000U);
-  EXPECT_EQ(panel->Model().SumOf(kAmount), data::Currency::FromWhole(9000));
+  EXPECT_EQ(Model().SumOf(kAmount), data::Currency::FromWhole(9000));
 }
 
 }  // namespace

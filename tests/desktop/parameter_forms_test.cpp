@@ -147,16 +147,6 @@ TEST_F(ParameterForms, WarehousesNeedTheirRegion) {
   EXPECT_EQ(Value("select top 1 Classificacao from TabArmazens order by Armazem"), "PT-AC");
 }
 
-TEST_F(ParameterForms, BothBalancesAreOnlyWarnedOf) {
-  const auto form = Open<frmParamGeral>();
-  for (const char* tick : {"chkHeader_ApenasDiarioSI", "chkHeader_SaldoDiaAnterior"}) {
-    Find<QCheckBox>(*form, tick).setChecked(true);
-  }
-  Press(*form, "cmdGravar");
-  EXPECT_THAT(dialogs.LastText(), HasSubstr("Apenas deve ligar na opção  GENERAL LEDGER - PLANO DE CONTAS:"));
-  EXPECT_EQ(Value("select Header_ApenasDiarioSI+Header_SaldoDiaAnterior from ParamGeral"), "SS");
-}
-
 TEST_F(ParameterForms, GridsAreReadWhenTheirPageIsEntered) {
   const auto form = Open<frmParamGeral>();
   auto& tabs = Find<QTabWidget>(*form, "tabPaginas");
@@ -218,10 +208,6 @@ TEST_F(ParameterForms, EntityIsKeptWithItsAccounts) {
   EXPECT_EQ(Text(*again, "txtEntidade"), "Contas d'Ouro");
   Press(*again, "cmdFechar");
   EXPECT_FALSE(again->isVisible());
-  world.desk.Session().gPassword = "errada";
-  dialogs.answers = {0};
-  EXPECT_FALSE(frmAAResponsavel(world.desk).Load());
-  EXPECT_EQ(dialogs.messages.size(), 1U);
 }
 
 TEST_F(ParameterForms, LunderFilterIsWhatIsTickedAndTyped) {

@@ -85,10 +85,7 @@ TEST_F(LoginForm, OpensWithWhatWasKept) {
 TEST_F(LoginForm, RefusesWithTheCursorInTheFieldToCorrect) {
   struct Refused {
     std::string server;
-    const char* login;
-    const char* password;
-    const char* text;
-    const char* field;
+    const char *login, *password, *text, *field;
   };
   const Refused kCases[] = {
       {"", "sa", "", "O Servidor Indicado Não Existe ou o Acesso Foi Negado!", "txtServer"},
@@ -293,7 +290,7 @@ TEST_F(SelectionForm, SaysOfWindowsThatComeLater) {
   }
 }
 
-TEST_F(SelectionForm, AdministersTheChosenCompany) {
+TEST_F(SelectionForm, AdministersTheChosenCompanyAndTheBaseRights) {
   Show();
   GoTo(1);
   dialogs.answers = {0};
@@ -311,16 +308,11 @@ TEST_F(SelectionForm, AdministersTheChosenCompany) {
   Trigger(form, "eli");
   EXPECT_EQ(dialogs.deletions.back().text, "Eliminar a Empresa 0002 - Talho");
   EXPECT_THAT(Lines(form), ElementsAre("0001|Padaria|1|0|0|1.0.0|empresa|"));
-}
-
-TEST_F(SelectionForm, MakesAndDropsTheBaseRights) {
-  Show();
-  dialogs.answers = {0};
-  Trigger(form, "mnuEliacessos");
-  EXPECT_EQ(Config("select count(*) from Acessos"), "0") << dialogs.LastText();
-  dialogs.answers = {0};
-  Trigger(form, "mnuCriaAcc");
-  EXPECT_NE(Config("select count(*) from Acessos"), "0");
+  for (const auto& [entry, none] : {std::pair("mnuEliacessos", true), std::pair("mnuCriaAcc", false)}) {
+    dialogs.answers = {0};
+    Trigger(form, entry);
+    EXPECT_EQ(Config("select count(*) from Acessos") == "0", none) << entry << ": " << dialogs.LastText();
+  }
 }
 
 TEST_F(SelectionForm, CreatesAndEditsCompanies) {
@@ -370,11 +362,7 @@ TEST_F(Companies, CardProposesRefusesAndTicks) {
   EXPECT_EQ(Config("select SetForms from Entidade"), "99");
   Press(card, "cmdCancelar");
   EXPECT_FALSE(card.isVisible());
-}
-
-TEST_F(Companies, CardOfACompanyThatHasGoneDoesNotOpen) {
-  frmCriaEmpresa card(world.desk, "0009");
-  EXPECT_FALSE(card.Load());
+  EXPECT_FALSE(frmCriaEmpresa(world.desk, "0009").Load()) << "a company that has gone";
 }
 
 TEST_F(Companies, AboutTellsWhereTheProgramStands) {
