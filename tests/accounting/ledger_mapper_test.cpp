@@ -60,11 +60,7 @@ TEST_F(LedgerMapperTest, FillsAllColumns) {
 
 TEST_F(LedgerMapperTest, TheTaxpayerGoesToTheSideOfItsAccount) {
   const struct {
-    const char* cliFor;
-    const char* rcrf;
-    const char* valRecap;
-    const char* customer;
-    const char* supplier;
+    const char *cliFor, *rcrf, *valRecap, *customer, *supplier;
   } cases[] = {
       {"C", "", "1", "501234567", ""},
       {"F", "", "-1", "", "501234567"},
@@ -91,8 +87,7 @@ TEST_F(LedgerMapperTest, OnlyLinesOfTheBillingProductNameTheirDocument) {
   const struct {
     bool integrated;
     int integracao;
-    const char* numero;
-    const char* document;
+    const char *numero, *document;
   } cases[] = {{true, 1, "12-FAC", "FAC12K"}, {true, 1, "F+", ""},     {true, 1, "F+C", "FYC"},
                {true, 0, "12-FAC", ""},       {true, 2, "12-FAC", ""}, {false, 1, "12-FAC", ""}};
   for (const auto& one : cases) {
@@ -107,10 +102,7 @@ TEST_F(LedgerMapperTest, OnlyLinesOfTheBillingProductNameTheirDocument) {
 
 TEST_F(LedgerMapperTest, AmountsAreRoundedAndTakeTheirSide) {
   const struct {
-    const char* afecta;
-    const char* valor;
-    const char* debit;
-    const char* credit;
+    const char *afecta, *valor, *debit, *credit;
   } cases[] = {{"D", "1.125", "1,13", "0"},
                {"C", "1.125", "0", "1,13"},
                {"C", "-1.125", "0", "-1,12"},
