@@ -13,9 +13,7 @@ using testing::HasSubstr;
 
 TEST(AutomaticSending, DatesThatAreDue) {
   const struct {
-    std::string often;
-    std::string which;
-    std::string today;
+    std::string often, which, today;
     std::string due;  // "first last", empty for none
   } cases[] = {
       {"Mes", "P-1", "2025-03-31", "2025-02-01 2025-02-28"},

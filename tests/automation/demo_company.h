@@ -21,9 +21,7 @@ class DemoCompany : public test::TestServer {
   }
 
   WizardInput Year() const {
-    WizardInput input{
-        "2025", "2025-01-01", "2025-12-31", periods::Basis::Accounting, target.Path().string(), true, {}};
-    return input;
+    return {"2025", "2025-01-01", "2025-12-31", periods::Basis::Accounting, target.Path().string(), true, {}};
   }
   WizardResult Run(const WizardInput& input) {
     changes.clear();

@@ -33,9 +33,7 @@ TEST(Wizard, StepsByBasis) {
 
 TEST(Wizard, DatesOfAMonth) {
   const struct {
-    std::string_view month;
-    std::string_view first;
-    std::string_view last;
+    std::string_view month, first, last;
   } cases[] = {{"02", "2024-02-01", "2024-02-29"},
                {"12", "2024-12-01", "2024-12-31"},
                {"365", "2024-01-01", "2024-12-31"}};
@@ -55,9 +53,7 @@ TEST(Wizard, ChecksStopBeforeAnythingHappens) {
   company.StageByHand();
   const struct {
     std::string WizardInput::*field;
-    std::string value;
-    std::string message;
-    std::string focus;
+    std::string value, message, focus;
   } cases[] = {
       {&WizardInput::txtAno, " ", "Não definiu o Ano!", "txtAno"},
       {&WizardInput::edatStartDate, "", "Não definiu a Data Inicial!", "edatStartDate"},
@@ -78,7 +74,7 @@ TEST(Wizard, ChecksStopBeforeAnythingHappens) {
   EXPECT_THAT(company.History(), testing::IsEmpty());
 }
 
-TEST(Wizard, ARefusedQuestionChangesNothing) {
+TEST(Wizard, ARefusedQuestionOrNoHeaderOfTheKindChangesNothing) {
   DemoCompany company;
   company.StageByHand();
   WizardInput input = company.Year();
@@ -91,23 +87,16 @@ TEST(Wizard, ARefusedQuestionChangesNothing) {
   EXPECT_EQ(company.dialogs.questions[1].text, "Confirma o Processamento?");
   EXPECT_EQ(company.dialogs.questions[2].text, "Período já Configurado.\nSubstituir o existente?");
   EXPECT_THAT(company.dialogs.questions[2].buttons, ElementsAre("&Sim", "&Não"));
-  EXPECT_TRUE(company.HandStagedIsThere());
-  EXPECT_THAT(company.History(), testing::IsEmpty());
-}
 
-TEST(Wizard, NoHeaderOfTheKindDeletesNothing) {
-  DemoCompany company;
-  company.StageByHand();
   company.Change("Update TabHeader set TaxAccountingBasis='F'");
   const std::string text = "Deve primeiro criar um registo nas Definições da Empresa (Contabilidade)";
   EXPECT_EQ(company.Run(company.Year()).error, text);
   EXPECT_TRUE(company.dialogs.messages.empty()) << "an automatic run shows nothing here";
-  WizardInput input = company.Year();
-  input.automatico = false;
   company.dialogs.answers = {0};
   EXPECT_FALSE(company.Run(input).ok);
   EXPECT_EQ(company.dialogs.LastText(), text);
   EXPECT_TRUE(company.HandStagedIsThere());
+  EXPECT_THAT(company.History(), testing::IsEmpty());
 }
 
 /// What an observer is told of a run without faults.
@@ -162,26 +151,14 @@ TEST(Wizard, AYearFromSourcesToFile) {
   }
 }
 
-TEST(Wizard, AnotherPeriodTakesTheLastHeaderOfItsKind) {
-  DemoCompany company;
-  company.StageByHand();
-  company.Change("Update TabHeader set HeaderComment='of the books' where TaxAccountingBasis='C'");
-  WizardInput input = company.Year();
-  input.edatStartDate = "2025-03-01";
-  input.edatEndDate = "2025-03-31";
-  EXPECT_TRUE(company.Run(input).ok);
-  EXPECT_TRUE(company.HandStagedIsThere()) << "another period's";
-  EXPECT_EQ(company.Value("Select HeaderComment from TabHeader where StartDate='2025-03-01' and "
-                          "EndDate='2025-03-31' and FiscalYear='2025'"),
-            "of the books");
-  EXPECT_TRUE(company.dialogs.messages.empty());
-}
-
-TEST(Wizard, APeriodThatIsReplacedIsLoggedAsDeleted) {
+TEST(Wizard, AnotherPeriodTakesTheLastHeaderOfItsKindAndIsLoggedWhenReplaced) {
   DemoCompany company;
   ASSERT_TRUE(databases::EnsureConfigDatabase(company.Context()));
-  company.Change("Update TabHeader set CompanyName='Padaria D''Avila'");
-  const auto log = [&] {
+  company.StageByHand();
+  company.Change(
+      "Update TabHeader set CompanyName='Padaria D''Avila',HeaderComment='of the books' "
+      "where TaxAccountingBasis='C'");
+  const auto deletions = [&] {
     return company.Rows("KorvelConfig",
                         "select Modulo,Accao,FormCaption,Conteudo from LogGeral where Accao='E'");
   };
@@ -189,9 +166,14 @@ TEST(Wizard, APeriodThatIsReplacedIsLoggedAsDeleted) {
   input.edatStartDate = "2025-03-01";
   input.edatEndDate = "2025-03-31";
   ASSERT_TRUE(company.Run(input).ok);
-  EXPECT_THAT(log(), testing::IsEmpty()) << "a new period";
+  EXPECT_TRUE(company.HandStagedIsThere()) << "another period's";
+  EXPECT_EQ(company.Value("Select HeaderComment from TabHeader where StartDate='2025-03-01' and "
+                          "EndDate='2025-03-31' and FiscalYear='2025'"),
+            "of the books");
+  EXPECT_THAT(deletions(), testing::IsEmpty()) << "a new period";
   ASSERT_TRUE(company.Run(input).ok);
-  EXPECT_THAT(log(), ElementsAre("TB\tE\tEnvio de SAF-T em Modo Sequencial\t2025 - Padaria D'Avila"));
+  EXPECT_THAT(deletions(), ElementsAre("TB\tE\tEnvio de SAF-T em Modo Sequencial\t2025 - Padaria D'Avila"));
+  EXPECT_TRUE(company.dialogs.messages.empty());
 }
 
 TEST(Wizard, AFailedStepEndsTheRunAndKeepsTheStagedRows) {
@@ -266,7 +248,7 @@ TEST(Wizard, ACancelledStepIsRolledBackWhole) {
   }
 }
 
-TEST(Wizard, AStepByHandStagesThePeriodThatIsThere) {
+TEST(Wizard, AStepByHandStagesThePeriodThatIsThereAndNoOther) {
   DemoCompany company;
   const WizardInput input = company.Year();
   for (const std::string_view key : {"C_Contas", "C_Movimentos"}) {
@@ -284,17 +266,13 @@ TEST(Wizard, AStepByHandStagesThePeriodThatIsThere) {
                        [&](const periods::GridRow&) { ++lines; }));
   EXPECT_EQ(std::to_string(lines), company.Value("Select count(*) from TabGeneralLedgerEntriesPOC"));
   EXPECT_EQ(FindStep(kExportKey), nullptr);
-}
 
-TEST(Wizard, AStepByHandNeedsAPeriod) {
-  DemoCompany company;
-  const Step& step = *FindStep("C_Contas");
-  WizardInput input = company.Year();
-  input.edatStartDate = "2025-02-01";
-  EXPECT_FALSE(CarregarPasso(company.Context(), input, step));
+  WizardInput another = input;
+  another.edatStartDate = "2025-02-01";
+  EXPECT_FALSE(CarregarPasso(company.Context(), another, *FindStep("C_Contas")));
   EXPECT_EQ(company.dialogs.LastText(), kNoHeaderOfKind);
-  input.edatEndDate = "2024-12-31";
-  EXPECT_FALSE(GravarPasso(company.Context(), input, step, {}));
+  another.edatEndDate = "2024-12-31";
+  EXPECT_FALSE(GravarPasso(company.Context(), another, *FindStep("C_Contas"), {}));
   EXPECT_EQ(company.dialogs.LastText(), "As Datas não estão bem definidas!");
   EXPECT_EQ(company.dialogs.LastFocus(), "edatEndDate");
 }
