@@ -12,15 +12,13 @@ using std::string_literals::operator""s;
 
 TEST(Collation, OrdersTextsAsTheServerDoes) {
   // Each text sorts before the next.
-  const std::vector<std::string> ordered = {"a\tb", "",  "!",  "-",   "_", "~", "€", "§", "÷", "0", "1",
-                                            "10",   "2", "a",  "a 1", "à", "á", "ã", "æ", "b", "ç", "d",
-                                            "e",    "é", "êa", "n",   "ñ", "o", "ó", "õ", "p", "s", "š",
-                                            "ß",    "u", "ü",  "y",   "z", "ž", "ð", "þ", "Ω", "日"};
+  const std::vector<std::string> ordered = {"",  "!",  "-",   "_", "~", "€", "§", "÷", "0", "1", "10",
+                                            "2", "a",  "a 1", "à", "á", "ã", "æ", "b", "ç", "d", "e",
+                                            "é", "êa", "n",   "ñ", "o", "ó", "õ", "p", "s", "š", "ß",
+                                            "u", "ü",  "y",   "z", "ž", "ð", "þ", "Ω", "日"};
   for (std::size_t i = 0; i < ordered.size(); ++i) {
     for (std::size_t j = 0; j < ordered.size(); ++j) {
       const int sign = Collate(ordered[i], ordered[j]);
-      // "a<tab>b" stands in the list for its control character alone.
-      if (i == 0 || j == 0) continue;
       EXPECT_EQ(sign < 0, i < j) << ordered[i] << " ~ " << ordered[j];
       EXPECT_EQ(sign == 0, i == j) << ordered[i] << " ~ " << ordered[j];
       EXPECT_EQ(CollationKey(ordered[i]) < CollationKey(ordered[j]), i < j)

@@ -1,9 +1,11 @@
 #include "data/embedded_fixture.h"
 
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <sstream>
+#include <thread>
 
 namespace korvel::data {
 
@@ -39,28 +41,43 @@ std::string RowText(const Recordset& rows) {
 
 }  // namespace
 
+pid_t EmbeddedServerTest::Start(const std::function<void()>& work) {
+  const pid_t child = fork();
+  if (child != 0) return child;
+  try {
+    work();
+  } catch (...) {
+    _exit(kBroken);
+  }
+  _exit(0);
+}
+
+int EmbeddedServerTest::Wait(pid_t child) {
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : kBroken;
+}
+
+void EmbeddedServerTest::RunAndKill(const std::function<void()>& work, std::chrono::microseconds after) {
+  const pid_t child = Start(work);
+  std::this_thread::sleep_for(after);
+  kill(child, SIGKILL);
+  Wait(child);
+}
+
 int EmbeddedServerTest::MadeByRacers(int processes, std::string_view database,
                                      const std::vector<std::string>& statements) {
-  constexpr int kBroken = 100;
   std::vector<pid_t> children;
   for (int i = 0; i < processes; ++i) {
-    children.push_back(fork());
-    if (children.back() != 0) continue;
-    int made = 0;
-    try {
+    children.push_back(Start([&] {
       const auto mine = Open(database, 20);
+      int made = 0;
       for (const std::string& statement : statements) made += ErrorOf(*mine, statement) == "ok" ? 1 : 0;
-    } catch (...) {
-      _exit(kBroken);
-    }
-    _exit(made);
+      _exit(made);
+    }));
   }
   int total = 0;
-  for (const pid_t child : children) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    total += WIFEXITED(status) ? WEXITSTATUS(status) : kBroken;
-  }
+  for (const pid_t child : children) total += Wait(child);
   return total;
 }
 
@@ -86,6 +103,13 @@ std::string ErrorOf(Connection& connection, std::string_view sql, Parameters par
     return std::to_string(error.Native()) + " " + error.SqlState();
   }
   return "ok";
+}
+
+std::vector<std::string> Pieces(const std::string& text, char mark) {
+  std::istringstream all(text);
+  std::vector<std::string> pieces;
+  for (std::string piece; std::getline(all, piece, mark);) pieces.push_back(piece);
+  return pieces;
 }
 
 void RunScript(Connection& connection, const std::string& script) {

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <sys/types.h>
+
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,6 +25,13 @@ class EmbeddedServerTest : public ::testing::Test {
   std::unique_ptr<Connection> OpenAs(std::string_view login, std::string_view password,
                                      std::string_view database, std::string_view server = "TESTE");
 
+  /// Runs `work` in a process of its own.
+  static pid_t Start(const std::function<void()>& work);
+  /// Its exit code; kBroken for one that threw or that a signal ended.
+  static int Wait(pid_t child);
+  static void RunAndKill(const std::function<void()>& work, std::chrono::microseconds after);
+  static constexpr int kBroken = 100;
+
   /// Lets processes run the same statements at once, each over a connection of its own, and counts how many succeeded.
   /// No connection may be open meanwhile.
   int MadeByRacers(int processes, std::string_view database, const std::vector<std::string>& statements);
@@ -34,6 +45,8 @@ class EmbeddedServerTest : public ::testing::Test {
 std::string Rows(Connection& connection, std::string_view sql, Parameters parameters = {});
 /// "native sqlstate" of the error that a batch gives, "ok" for none.
 std::string ErrorOf(Connection& connection, std::string_view sql, Parameters parameters = {});
+/// The pieces of a text between the marks.
+std::vector<std::string> Pieces(const std::string& text, char mark = '|');
 /// Runs a script whose batches stand apart by lines that hold GO.
 void RunScript(Connection& connection, const std::string& script);
 

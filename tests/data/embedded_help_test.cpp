@@ -21,14 +21,11 @@ std::string Headings(Connection& connection, std::string_view sql) {
 TEST_F(EmbeddedHelp, DescribesATable) {
   connection->Execute(
       "create table T (NumRegisto numeric(18,0) identity (1,1) not null, v varchar(30) not null constraint "
-      "DF_v "
-      "default 'x', m money null default (0), n numeric(9,2), i int, s smallint, d smalldatetime default "
-      "getdate(), "
-      "t text, f float, b bit)");
+      "DF_v default 'x', m money null default (0), n numeric(9,2), i int, s smallint, d smalldatetime "
+      "default getdate(), t text, f float, b bit)");
   connection->Execute(
       "ALTER TABLE [dbo].[T] WITH NOCHECK ADD CONSTRAINT [PK_T] PRIMARY KEY  NONCLUSTERED ( [NumRegisto] ) "
-      "ON "
-      "[PRIMARY]");
+      "ON [PRIMARY]");
   connection->Execute("create unique clustered index IX_vm on T (v, m)");
   connection->Execute("alter table T add constraint UQ_i unique (i)");
   EXPECT_EQ(

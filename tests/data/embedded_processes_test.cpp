@@ -82,9 +82,8 @@ TEST_F(EmbeddedProcesses, AreListedWithWhatTheyAre) {
       5);
   EXPECT_EQ(Rows(*master,
                  "Select sysdatabases.name, loginame, program_name, sysprocesses.status, open_tran, "
-                 "nt_username from SysProcesses "
-                 "Inner Join sysdatabases on sysdatabases.dbid = sysprocesses.dbid order by loginame desc, "
-                 "sysdatabases.name"),
+                 "nt_username from SysProcesses Inner Join sysdatabases on sysdatabases.dbid = "
+                 "sysprocesses.dbid order by loginame desc, sysdatabases.name"),
             "BASE|sa|Korvel|sleeping|0|/master|sa|Korvel|runnable|0|/BASE|ana|Ensaio|sleeping|0|");
   EXPECT_EQ(Count("net_address<>' ' and upper(loginame)='ANA' and hostname=host_name()"), "1");
   EXPECT_EQ(Rows(*ana, "select app_name(), user_name()"), "Ensaio|ana");
@@ -154,9 +153,7 @@ TEST_F(EmbeddedProcesses, ALockIsATableChangedInAnOpenTransaction) {
 TEST_F(EmbeddedProcesses, AKilledOneIsGoneAtOnceAndItsTransactionUndone) {
   connection->Execute("create table T (a int) insert T values (1)");
   const auto reader = Open();
-  ExpectErrors(
-      *master,
-      {{"kill " + std::string("9999"), "6106 42000"}, {"kill 50", "6106 42000"}, {"kill -1", "6106 42000"}});
+  ExpectErrors(*master, {{"kill 9999", "6106 42000"}, {"kill 50", "6106 42000"}, {"kill -1", "6106 42000"}});
   EXPECT_EQ(ErrorOf(*master, "Kill " + Spid(*master)), "6104 42000");
   const std::string spid = Spid(*connection);
   connection->BeginTrans();
@@ -241,31 +238,21 @@ TEST_F(EmbeddedProcesses, ManyAtOnceHaveANumberEach) {
 
 TEST_F(EmbeddedProcesses, DatabasesComeAndGoWithoutMeetingEachOther) {
   connection.reset();
-  std::vector<pid_t> children;
-  for (int i = 0; i < 3; ++i) {
-    children.push_back(fork());
-    if (children.back() != 0) continue;
-    try {
-      const auto mine = Open("master", 20);
-      bool sound = true;
-      for (int n = 0; n < 12; ++n) {
-        const std::string made = ErrorOf(*mine, "create database D");
-        const std::string used = ErrorOf(*mine, "use D exec sp_helpuser use master");
-        const std::string dropped = ErrorOf(*mine, "drop database D");
-        if (used != "ok") mine->Execute("use master");
-        sound = sound && (made == "ok" || made == "1801 42000") && (used == "ok" || used == "911 42000") &&
-                (dropped == "ok" || dropped == "3702 42000" || dropped == "3701 42S02");
-      }
-      _exit(sound ? 0 : 1);
-    } catch (...) {
-      _exit(2);
+  const auto work = [this] {
+    const auto mine = Open("master", 20);
+    for (int n = 0; n < 12; ++n) {
+      const std::string made = ErrorOf(*mine, "create database D");
+      const std::string used = ErrorOf(*mine, "use D exec sp_helpuser use master");
+      const std::string dropped = ErrorOf(*mine, "drop database D");
+      if (used != "ok") mine->Execute("use master");
+      const bool sound = (made == "ok" || made == "1801 42000") && (used == "ok" || used == "911 42000") &&
+                         (dropped == "ok" || dropped == "3702 42000" || dropped == "3701 42S02");
+      if (!sound) _exit(1);
     }
-  }
-  for (const pid_t child : children) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-  }
+  };
+  std::vector<pid_t> children;
+  for (int i = 0; i < 3; ++i) children.push_back(Start(work));
+  for (const pid_t child : children) EXPECT_EQ(Wait(child), 0);
   ErrorOf(*master, "drop database D");
   EXPECT_EQ(ErrorOf(*master, "create database D drop database D"), "ok");
 }

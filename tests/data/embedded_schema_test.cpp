@@ -29,14 +29,11 @@ TEST_F(EmbeddedSchema, BuildsTheSourceDatabasesFromTheirScripts) {
 TEST_F(EmbeddedSchema, StatementsOfAnUpgradeRunTwiceToTheSameSchema) {
   const std::vector<std::string_view> upgrade = {
       "CREATE TABLE [dbo].[Acessos] ( [NumRegisto] [numeric](18, 0) IDENTITY (1, 1) NOT NULL , [Utilizador] "
-      "[varchar] "
-      "(20) NULL , [Chave] [varchar] (100) NULL , [Empresa] [varchar] (4) NULL, DataSys datetime default "
-      "getdate() , "
-      "CONSTRAINT [IX_Acessos] UNIQUE  NONCLUSTERED ( [Empresa], [Utilizador], [Chave] )  ON [PRIMARY] ) ON "
-      "[PRIMARY]",
+      "[varchar] (20) NULL , [Chave] [varchar] (100) NULL , [Empresa] [varchar] (4) NULL, DataSys datetime "
+      "default getdate() , CONSTRAINT [IX_Acessos] UNIQUE  NONCLUSTERED ( [Empresa], [Utilizador], [Chave] ) "
+      " ON [PRIMARY] ) ON [PRIMARY]",
       "ALTER TABLE [dbo].[Acessos] WITH NOCHECK ADD  CONSTRAINT [PK_Acessos] PRIMARY KEY  NONCLUSTERED  ( "
-      "[NumRegisto] )"
-      "  ON [PRIMARY]",
+      "[NumRegisto] )  ON [PRIMARY]",
       "CREATE INDEX [Acessos0] on [dbo].[Acessos] ( Utilizador ) ON [PRIMARY]",
       " alter table Acessos add Hash varchar (40)",
       "Update Acessos set Hash='' where Hash is null",

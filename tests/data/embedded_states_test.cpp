@@ -1,4 +1,3 @@
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -40,17 +39,8 @@ TEST_F(EmbeddedStates, AReadOnlyDatabaseIsRefusedToAllWhoWrite) {
   const std::vector<std::string_view> columns{"a"};
   EXPECT_THROW(user->OpenBatch("T", columns), Error);
   // Others feel it whatever process they are.
-  const pid_t child = fork();
-  if (child == 0) {
-    try {
-      _exit(ErrorOf(*Open(), "insert T values (2)") == "3906 42000" ? 0 : 1);
-    } catch (...) {
-      _exit(2);
-    }
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  EXPECT_EQ(WEXITSTATUS(status), 0);
+  const auto other = [this] { _exit(ErrorOf(*Open(), "insert T values (2)") == "3906 42000" ? 0 : 1); };
+  EXPECT_EQ(Wait(Start(other)), 0);
   EXPECT_EQ(ErrorOf(*master, "alter database BASE set read_write with no_wait"), "5070 42000");
   user->Close();
   EXPECT_EQ(ErrorOf(*master, "Alter DataBase BASE Set READ_WRITE"), "ok");

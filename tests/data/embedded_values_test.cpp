@@ -154,26 +154,5 @@ TEST_F(EmbeddedValues, BatchesFitEveryValueToItsColumn) {
   EXPECT_EQ(Rows(*connection, "select NumRegisto,v,i from T where year(d)>2000"), "1|ação|12/2|7|3/3||NULL");
 }
 
-TEST_F(EmbeddedValues, AccessorsConvertAndReadNullAsNothing) {
-  const Recordset rows = connection->Query(
-      "select n=convert(numeric(9,3),'1.500'), t='20080102', m=convert(money,2.5), "
-      "z=convert(varchar(5),null), "
-      "f=convert(float,0.25)");
-  EXPECT_EQ(rows.Integer("n"), 1);
-  EXPECT_EQ(rows.Money("n").Units(), 15000);
-  EXPECT_EQ(rows.Text("n"), "1.500");
-  EXPECT_EQ(rows.Date("t").day, 2);
-  EXPECT_EQ(rows.Integer("t"), 20080102);
-  EXPECT_EQ(rows.Integer("m"), 3);
-  EXPECT_TRUE(rows.IsNull("z"));
-  EXPECT_EQ(rows.Text("z"), "");
-  EXPECT_EQ(rows.Integer("z"), 0);
-  EXPECT_EQ(rows.Date("z"), DateTime{});
-  EXPECT_TRUE(rows.Get("z").IsNull());
-  EXPECT_EQ(rows.Money("f").Units(), 2500);
-  EXPECT_EQ(std::get<Currency>(rows.Get("n")).Units(), 15000);
-  EXPECT_THROW(rows.Integer("falta"), Error);
-}
-
 }  // namespace
 }  // namespace korvel::data
