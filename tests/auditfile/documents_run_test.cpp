@@ -15,31 +15,6 @@ using testing::ElementsAre;
 
 using Cells = std::initializer_list<Cell>;
 
-TEST(Documents, LinesStandInTheTextOrderOfTheirNumbers) {
-  StagedCompany company;
-  company.AddHeader("F");
-  for (const char* line : {"2", "10", "1", "2"}) company.AddDocument("FT 2010/1", line);
-  company.AddDocument("ft 2010/1 ", "3", {{"InvoiceDate", "2010-01-05"}, {"CustomerID", "second"}});
-  const std::string file = company.Exported(company.DocumentsAlone());
-  EXPECT_EQ(DocumentOutline(file), "FT 2010/1: 1 10 2 2 3");
-  EXPECT_EQ(CountOf(file, "second"), 0u) << "the first row gives the document's values";
-}
-
-TEST(Documents, NeighboursOfOneNumberMerge) {
-  StagedCompany company;
-  company.AddHeader("F");
-  company.AddDocument("A 2010/1", "1", {{"SalesInvoices", "1"}, {"CustomerID", "first"}});
-  company.AddDocument("A 2010/1", "2", {{"SalesInvoices", "1"}});
-  company.AddDocument("a 2010/1", "3", {{"SalesInvoices", "2"}, {"CustomerID", "merged"}});
-  company.AddDocument("B 2010/1", "4", {{"SalesInvoices", "2"}});
-  company.AddDocument("A 2010/1", "5", {{"SalesInvoices", "3"}, {"CustomerID", "apart"}});
-  const std::string file = company.Exported(company.DocumentsAlone());
-  EXPECT_EQ(DocumentOutline(file), "A 2010/1: 1 2; B 2010/1: 4; A 2010/1: 5");
-  EXPECT_EQ(CountOf(file, "<CustomerID>first<"), 1u);
-  EXPECT_EQ(CountOf(file, "merged"), 0u);
-  EXPECT_EQ(CountOf(file, "<CustomerID>apart<"), 1u);
-}
-
 // The documents' running key is the ledger's, so the first document can be lost. Each file starts anew.
 TEST(Documents, TheKeyGoesOnFromTheLedger) {
   const struct {

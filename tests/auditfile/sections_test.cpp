@@ -262,8 +262,7 @@ std::string LedgerOf(std::string_view file) {
 std::string Outline(std::string_view ledger) {
   std::string outline;
   const struct {
-    std::string_view tag;
-    std::string_view sign;
+    std::string_view tag, sign;
     bool withText;
   } kTags[] = {{"<JournalID>", "J", true},
                {"<TransactionID>", "(T", true},

@@ -24,8 +24,7 @@ std::string LeafBytes(std::string_view text) {
 
 TEST(XmlWriter, EncodesAndEscapesText) {
   const struct {
-    std::string_view text;
-    std::string_view written;
+    std::string_view text, written;
   } cases[] = {
       {"", "<E/>"},
       {"  ", "<E>  </E>"},
