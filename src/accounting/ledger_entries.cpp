@@ -9,6 +9,7 @@
 #include "accounting/ledger_sources.h"
 #include "accounting/ledger_writer.h"
 #include "periods/company_tables.h"
+#include "periods/staged_tables.h"
 #include "session/connections.h"
 #include "session/failures.h"
 #include "session/lookups.h"
@@ -176,7 +177,7 @@ class Staging {
 
   void DeleteStaged() {
     ProgressScope progress(context_.progress, "Eliminando Registos Anteriores...", 0);
-    company_->Execute(fmt::format("Delete from {} where {}", MovimentosTable().table, period_.Condition()));
+    periods::ClearStaged(*company_, {MovimentosTable().table}, period_);
   }
 
   /// A line without a required value leaves the period without lines, the earlier ones included.

@@ -8,6 +8,7 @@
 #include "billing/document_rows.h"
 #include "billing/documents.h"
 #include "periods/company_tables.h"
+#include "periods/staged_tables.h"
 #include "session/connections.h"
 #include "session/failures.h"
 #include "session/lookups.h"
@@ -166,7 +167,7 @@ bool Save(const session::Context& context, const BillingPeriod& period, const pe
   session::ConnectionPtr company;
   if (!session::AbreConnectionLOCAL_bln(context, company)) return false;
   data::Transaction transaction(*company);
-  company->Execute(fmt::format("Delete from {} where {}", kDocumentsTable, period.Staged()));
+  periods::ClearStaged(*company, kStagedDocuments, period.key, period.cliente);
   Write(context, *company, period, rows);
   transaction.Commit();
   return true;

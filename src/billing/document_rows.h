@@ -11,12 +11,14 @@
 #include "data/connection.h"
 #include "data/date_time.h"
 #include "periods/period.h"
+#include "periods/staged_tables.h"
 
 /// Staged rows of `TabSourceDocumentsGEST`: one a document line, with the values of the document and of the section
 /// on each.
 namespace korvel::billing {
 
 inline constexpr std::string_view kDocumentsTable = "TabSourceDocumentsGEST";
+inline constexpr periods::PeriodTable kStagedDocuments{kDocumentsTable, true};
 
 /// The columns of a mapped row, in the order in which they are checked and counted in messages.
 // clang-format off

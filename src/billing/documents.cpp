@@ -11,6 +11,7 @@
 #include "billing/source_repairs.h"
 #include "periods/company_tables.h"
 #include "periods/parameters.h"
+#include "periods/staged_tables.h"
 #include "session/connections.h"
 #include "session/failures.h"
 #include "session/lookups.h"
@@ -72,7 +73,7 @@ class Extraction {
 
   std::optional<std::string> StageDocuments() {
     ProgressScope progress(context_.progress, periods::kProcessing, totals_.NumberOfEntries());
-    company_->Execute(fmt::format("Delete from {} where {}", kDocumentsTable, period_.Staged()));
+    periods::ClearStaged(*company_, kStagedDocuments, period_.key, period_.cliente);
     SumDocuments(source_.Main(), period_, filters_, context_.session.gCasasDec, totals_);
     if (auto fault = FindFault(context_, source_.Main(), period_, filters_, Rules())) return fault;
     return WriteDocuments(progress);

@@ -12,6 +12,15 @@ std::string DeleteStatement(const PeriodTable& table, const PeriodKey& period, s
   return statement;
 }
 
+void ClearStaged(data::Connection& company, const PeriodTable& table, const PeriodKey& period,
+                 std::string_view cliente) {
+  company.Execute(DeleteStatement(table, period, cliente));
+  // After the deletion, which keeps others from deleting the period until the transaction ends.
+  const std::string header =
+      fmt::format("select NumRegisto from {} where {}", kHeaderTable, period.Condition());
+  if (company.Query(header).Eof()) throw PeriodGone();
+}
+
 void DeletePeriodRows(data::Connection& company, const PeriodKey& period, std::string_view cliente,
                       bool header) {
   for (const PeriodTable& table : kPeriodTables) {

@@ -192,7 +192,7 @@ bool SaveStaged(const Context& context, data::Connection& company, const StagedT
                 const PeriodKey& period, const Grid& rows, std::string_view progressCaption,
                 std::string_view cliente) {
   data::Transaction transaction(company);
-  company.Execute(DeleteStatement({table.table, table.byCustomer}, period, cliente));
+  ClearStaged(company, {table.table, table.byCustomer}, period, cliente);
   const auto bad = FirstIncomplete(table, rows);
   if (!bad || table.atEmptyField == AtEmptyField::WriteRowsBefore)
     InsertTicked({context, company, table, period, cliente}, std::span(rows).first(bad.value_or(rows.size())),

@@ -61,7 +61,7 @@ Grid LoadStaged(const session::Context& context, data::Connection& company, cons
 /// Replaces the staged rows of the period, and of `cliente` where the table is by customer, by the ticked rows, in one
 /// transaction: deletes, tests the ticked rows for the first empty required column in the order of the columns, and
 /// writes. At the first empty one the message is shown under "AVISO" and false returned; the old rows are gone then,
-/// as designed, and what stands in their place is for the table to say. On data::Error nothing has changed.
+/// as designed, and what stands in their place is for the table to say. On data::Error and PeriodGone nothing has changed.
 /// `Utilizador` and `DataSys` take the session's user and the server's time.
 bool SaveStaged(const session::Context& context, data::Connection& company, const StagedTable& table,
                 const PeriodKey& period, const Grid& rows, std::string_view progressCaption,

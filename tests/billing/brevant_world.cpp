@@ -81,11 +81,16 @@ BrevantWorld::BrevantWorld() {
 }
 
 void BrevantWorld::SetBasis(std::string_view basis) {
-  Company(
-      "delete from TabHeader\nGO\ninsert into TabHeader (FiscalYear,StartDate,EndDate,TaxAccountingBasis) "
-      "values (" +
-      data::Quoted(period.key.fiscalYear) + "," + data::Quoted(period.key.startDate) + "," +
-      data::Quoted(period.key.endDate) + "," + data::Quoted(basis) + ")");
+  Company("delete from TabHeader");
+  AddPeriod(period, basis);
+}
+
+void BrevantWorld::AddPeriod(const billing::BillingPeriod& added, std::string_view basis) {
+  server.Open("Korvel0001")
+      ->Execute(
+          "insert into TabHeader (FiscalYear,StartDate,EndDate,TaxAccountingBasis,Cliente) values "
+          "(?,?,?,?,?)",
+          {added.key.fiscalYear, added.key.startDate, added.key.endDate, basis, added.cliente});
 }
 
 void BrevantWorld::IncludeRemoved() {

@@ -34,7 +34,9 @@ class BrevantWorld : public testing::Test {
     return server.Rows("Korvel0001",
                        "select " + std::string(columns) + " from TabSourceDocumentsGEST order by NumRegisto");
   }
+  /// The kind of the period, which is the only one then.
   void SetBasis(std::string_view basis);
+  void AddPeriod(const billing::BillingPeriod& added, std::string_view basis = "F");
   void IncludeRemoved();
 
   /// Inserts a row, given values going before the defaults of its kind.

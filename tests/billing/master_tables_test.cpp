@@ -111,10 +111,9 @@ TEST_F(MasterTables, AnEmptyColumnLeavesTheRowsBeforeIt) {
 }
 
 TEST_F(MasterTables, PeriodsOfACustomerStandApart) {
+  const BillingPeriod own{period.key, "C'2"};
   for (const Master& master : Masters()) {
     const Grid grid = Calculated(master);
-    BillingPeriod own = period;
-    own.cliente = "C'2";
     ASSERT_TRUE(master.save(server.Context(), period, grid));
     ASSERT_TRUE(master.save(server.Context(), own, {grid[0], grid[1]}));
     ASSERT_TRUE(master.save(server.Context(), own, {grid[0]}));
@@ -129,9 +128,23 @@ TEST_F(MasterTables, PeriodsOfACustomerStandApart) {
   }
 }
 
+TEST_F(MasterTables, APeriodThatWasDeletedMeanwhileTakesNoRows) {
+  for (const Master& master : Masters()) {
+    const Grid grid = Calculated(master);
+    SetBasis("F");
+    ASSERT_TRUE(master.save(server.Context(), period, {grid[0]}));
+    Company("delete from TabHeader");
+    EXPECT_FALSE(master.save(server.Context(), period, grid));
+    EXPECT_EQ(LastText(), "O período já não existe: foi eliminado entretanto.");
+    EXPECT_EQ(Count(master), "1") << "as it was";
+  }
+}
+
 TEST_F(MasterTables, HostileTextsPassUnharmed) {
   const std::string hostile = "x'); drop table TabHeader; --\"?&<";
   server.session.gUtilizador = "o'ana";
+  const BillingPeriod other{{"2011", "' or ''='", "x"}, "' or 1=1--"};
+  AddPeriod(other);
   for (const Master& master : Masters()) {
     Grid grid = Calculated(master);
     grid[0].cells[master.text] = hostile;
@@ -139,7 +152,6 @@ TEST_F(MasterTables, HostileTextsPassUnharmed) {
     EXPECT_EQ(master.load(server.Context(), period.key)->at(0).cells[master.text], hostile);
     EXPECT_EQ(Count(master, " where Utilizador='o''ana' and DataSys is not null"),
               std::to_string(grid.size()));
-    const BillingPeriod other{{"2011", "' or ''='", "x"}, "' or 1=1--"};
     ASSERT_TRUE(master.save(server.Context(), other, {grid[0]})) << LastText();
   }
 }

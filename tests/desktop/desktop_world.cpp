@@ -106,16 +106,28 @@ void PressKey(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers) {
   QApplication::processEvents();
 }
 
-void WhenAsked(std::function<void(QWidget&)> visit) {
-  QTimer::singleShot(5, [visit = std::move(visit)] {
+namespace {
+
+/// Looks again and again until the window on top is the one that is waited for.
+void WhenOnTop(bool work, std::function<void(QWidget&)> visit) {
+  QTimer::singleShot(5, [work, visit = std::move(visit)] {
     QWidget* window = QApplication::activeModalWidget();
-    const bool waits = window == nullptr || window->objectName() == "PRG_Progress" || !window->isVisible();
-    if (waits) {
-      WhenAsked(visit);
-    } else {
+    if (window != nullptr && window->isVisible() && (window->objectName() == "PRG_Progress") == work) {
       visit(*window);
+    } else {
+      WhenOnTop(work, visit);
     }
   });
+}
+
+}  // namespace
+
+void WhenAsked(std::function<void(QWidget&)> visit) {
+  WhenOnTop(false, std::move(visit));
+}
+
+void WhenWorking(std::function<void(QWidget&)> visit) {
+  WhenOnTop(true, std::move(visit));
 }
 
 }  // namespace korvel::desktop

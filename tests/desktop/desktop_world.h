@@ -36,6 +36,8 @@ void PressKey(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt
 /// Calls `visit` with the next window that opens over the others and waits for an answer, as soon as it stands. To be
 /// called before what opens it.
 void WhenAsked(std::function<void(QWidget& window)> visit);
+/// The same with the box of long work, `PRG_Progress`.
+void WhenWorking(std::function<void(QWidget& box)> visit);
 
 // -----
 

@@ -1,10 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QListWidget>
+#include <algorithm>
+#include <csignal>
 #include <filesystem>
+#include <iterator>
 
 #include "auditfile/staged_company.h"
 #include "databases/config_upgrade.h"
@@ -219,6 +223,57 @@ TEST_F(ExportForms, AFailedRunTellsWhyAndTheFormGoesOn) {
   Find<SelOpta>(*form, "eselFiscalYear").SetChave(kPeriod);
   EXPECT_THAT(company.dialogs.messages, IsEmpty()) << "a choice without a connection says nothing";
   EXPECT_EQ(Find<QLabel>(*form, "lbPOCCustomer").text(), "");
+}
+
+/// While it lives no file grows beyond `bytes`, as on a disk without room.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    Limit({bytes, before_.rlim_max});
+  }
+  ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &before_); }
+
+ private:
+  static void Limit(const rlimit& limit) {
+    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("files cannot be limited");
+  }
+  rlimit before_{};
+};
+
+rlim_t LargestFile(const fs::path& folder) {
+  std::uintmax_t largest = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(folder))
+    if (entry.is_regular_file()) largest = std::max(largest, entry.file_size());
+  return largest;
+}
+
+TEST_F(ExportForms, AFullDiskIsToldAndTheEarlierFileStays) {
+  company.AddHeader("C");
+  company.Add("TabGeneralLedger",
+              {{"AccountID", "11"}, {"AccountDescription", "Caixa da sede e das filiais"}});
+  for (int doubling = 0; doubling < 14; ++doubling) {
+    company.Script(
+        "Insert into TabGeneralLedger (FiscalYear,StartDate,EndDate,AccountID,AccountDescription) "
+        "Select FiscalYear,StartDate,EndDate,AccountID,AccountDescription from TabGeneralLedger");
+  }
+  auto form = OpenOnPeriod();
+  const std::string path = FileName("Saft_Contabilidade.XML");
+  test::WriteFile(path, "de antes");
+  const rlim_t room = LargestFile(company.folder.Path()) + 100'000;
+  {
+    const FullDisk full(room);
+    company.dialogs.answers = {0};
+    Press(*form, "cmdProcessar");
+  }
+  EXPECT_THAT(company.dialogs.LastText(), testing::HasSubstr("Não foi possível escrever"));
+  EXPECT_TRUE(test::ReadFile(path) == "de antes");
+  EXPECT_EQ(std::distance(fs::directory_iterator(company.target.Path()), {}), 1) << "nothing half written";
+
+  company.dialogs.answers = {0, 0};
+  Press(*form, "cmdProcessar");
+  EXPECT_GT(fs::file_size(path), room);
 }
 
 TEST_F(ExportForms, TheFolderIsClosedAndKept) {

@@ -33,6 +33,8 @@ constexpr QSize kScreen(1366, 768);
 constexpr int kTaskBar = 40;
 /// Buttons that fill a form with what is staged, once a period is chosen.
 constexpr const char* kShowRows = "cmdVerRegistos";
+/// Shown as the user's folder, whoever takes the pictures.
+constexpr const char* kHome = "/home/ana";
 
 /// A window apart from the table of forms.
 struct Window {
@@ -47,6 +49,22 @@ Made* Loaded(Arguments&&... arguments) {
   return form;
 }
 
+void Settle() {
+  for (int i = 0; i < 5; ++i) QApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+/// As a user fills a form with what is there: a period is chosen, rows are asked for.
+void Fill(QWidget& form, std::deque<std::size_t>& answers) {
+  if (auto* periods = form.findChild<QComboBox*>("eselFiscalYear");
+      periods != nullptr && periods->count() > 0)
+    periods->setCurrentIndex(periods->count() - 1);
+  Settle();
+  auto* show = form.findChild<QAbstractButton*>(kShowRows);
+  if (show == nullptr) return;
+  answers = {0};  // shown they shall be, however many
+  show->click();
+}
+
 QWidget* MakeSelection(DesktopWorld& world) {
   static session::CompanySelection selection;
   return Loaded<frmSelEmpresas>(world.desk, selection);
@@ -58,6 +76,7 @@ QWidget* MakeMainWindow(DesktopWorld& world) {
   menu->show();
   for (const char* entry : {"mnuTabHeader", "mnuCustomerPOC"}) menu->findChild<QAction*>(entry)->trigger();
   menu->resize(kScreen.width(), kScreen.height() - kTaskBar);
+  Fill(*menu, world.server.dialogs.answers);
   return menu;
 }
 
@@ -96,10 +115,6 @@ const std::vector<Window>& OtherWindows() {
       {"PRG_Progress", MakeWorkBox},
   };
   return windows;
-}
-
-void Settle() {
-  for (int i = 0; i < 5; ++i) QApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
 /// A text that does not break has to have its room; how much is missing, or nothing.
@@ -146,18 +161,6 @@ class Pictures {
   int faults_ = 0;
 };
 
-/// As a user fills a form with what is there: a period is chosen, rows are asked for.
-void Fill(QWidget& form, std::deque<std::size_t>& answers) {
-  if (auto* periods = form.findChild<QComboBox*>("eselFiscalYear");
-      periods != nullptr && periods->count() > 0)
-    periods->setCurrentIndex(periods->count() - 1);
-  Settle();
-  auto* show = form.findChild<QAbstractButton*>(kShowRows);
-  if (show == nullptr) return;
-  answers = {0};  // shown they shall be, however many
-  show->click();
-}
-
 void TakeForms(Pictures& pictures, DesktopWorld& world, bool full) {
   for (const std::string_view name : FormNames()) {
     const std::unique_ptr<Form> form(MakeForm(world.desk, name, nullptr));
@@ -202,6 +205,7 @@ int TakeAll(const QString& folder) {
 
 int main(int argc, char** argv) {
   using namespace korvel::desktop;
+  qputenv("HOME", kHome);
   QApplication application(argc, argv);
   if (argc != 3) {
     std::cerr << "korvel_pictures <folder> <light|dark>\n";

@@ -4,7 +4,10 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QStackedWidget>
+#include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "automation/automatic_sending.h"
 #include "desktop/desktop_world.h"
@@ -157,6 +160,28 @@ TEST_F(WizardForm, AFailedStepEndsTheRunAndTheFormGoesOn) {
   EXPECT_EQ(Value("Select Observa from HistoricoEnvio"), "Existem falhas na preparação dos dados");
   EXPECT_EQ(Value("Select Status from HistoricoEnvio"), "NULL");
   EXPECT_TRUE(Find(*form, "fraC_Fornecedores").isVisible()) << "the step at fault is shown";
+  EXPECT_TRUE(form->isEnabled());
+}
+
+TEST_F(WizardForm, ACancelledRunEndsAtItsStepAndTheFormGoesOn) {
+  std::atomic<bool> cancelled = false;
+  world.server.onStatement = [&](std::string_view statement) {
+    const bool holds = statement.starts_with("Delete from TabSupplierPOC") &&
+                       Value("Select count(*) from TabCustomerPOC") != "0";
+    while (holds && !cancelled) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  };
+  WhenWorking([&](QWidget& box) {
+    Press(box, "cmdCancelar");
+    cancelled = true;
+  });
+  FillIn("C");
+  world.server.dialogs.answers = {0, 0};
+  Press(*form, "cmdGravar");
+  EXPECT_THAT(Statuses(), ElementsAre("C_Contas OK", "C_Clientes OK", "C_Fornecedores Falha", "C_Impostos ",
+                                      "C_Movimentos ", "Exporta "));
+  EXPECT_EQ(world.server.dialogs.LastText(), "Operação cancelada: o que estava em curso foi desfeito.");
+  EXPECT_EQ(Value("Select count(*) from TabSupplierPOC"), "0");
+  EXPECT_TRUE(fs::is_empty(target.Path()));
   EXPECT_TRUE(form->isEnabled());
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "company_world.h"
+#include "periods/staged_tables.h"
 #include "toolkit/progress_scope.h"
 
 namespace korvel::periods {
@@ -27,6 +28,7 @@ class Staging : public testing::Test, protected test::CompanyWorld {
  protected:
   Staging() {
     Script(
+        "insert into TabHeader (FiscalYear,StartDate,EndDate) values ('2010','2010-01-01','2010-12-31')\nGO\n"
         "insert into TabTaxTablePOC (FiscalYear,StartDate,EndDate,TaxType) values "
         "('2010','2010-01-01','2010-12-31','OLD'),('2010','2010-01-01','2010-12-30','OUT')");
   }
@@ -103,6 +105,8 @@ TEST_F(Staging, StatementsDoNotGrowWithTheRows) {
 
 TEST_F(Staging, PeriodsThatHoldQuotesMeetNoOther) {
   const PeriodKey hostile{"2010", "' or ''='", "x"};
+  EXPECT_THROW(SaveStaged(context, *company, kTaxes, hostile, {}, ""), PeriodGone);
+  Script("insert into TabHeader (FiscalYear,StartDate,EndDate) values ('2010',''' or ''''=''','x')");
   EXPECT_TRUE(SaveStaged(context, *company, kTaxes, hostile, {}, ""));
   EXPECT_EQ(Types(), (std::vector<std::string>{"OLD", "OUT"}));
 }

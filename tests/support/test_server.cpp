@@ -47,7 +47,10 @@ std::string RowLine(const data::Recordset& rows) {
 TestServer::TestServer(std::string_view name) {
   servers.embeddedFolder = folder.Path();
   servers.makesEmbedded = true;
-  servers.observer = [this](std::string_view statement) { statements.emplace_back(statement); };
+  servers.observer = [this](std::string_view statement) {
+    statements.emplace_back(statement);
+    if (onStatement) onStatement(statement);
+  };
   session.gServidor = "(LOCALDB)\\" + std::string(name);
   if (std::getenv("KORVEL_TESTES_TDS") != nullptr) {
     partner = std::make_unique<tds::TdsServer>(folder.Path(), std::string(name));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -46,6 +47,7 @@ class TestServer {
   SilentProgress progress;
   MemorySettings settings;
   FixedClock clock;
+  std::function<void(std::string_view statement)> onStatement;  // before each, on the thread that sends it
   std::vector<std::string> statements;  // every statement sent by any connection; clear it before counting
 };
 

@@ -1,12 +1,10 @@
 #include "forms/accounting/frm_customer_ins.h"
 
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <algorithm>
-#include <utility>
+#include <string>
 
 #include "forms/common/field_grid.h"
-#include "gateways/screen_dialogs.h"
 #include "gateways/text.h"
 
 namespace korvel::desktop {
@@ -32,7 +30,7 @@ constexpr std::string_view kNoSelfBilling = "0";
 
 frmCustomerIns::frmCustomerIns(Desk& desk, const periods::StagedTable& table, GridModel& grid,
                                std::size_t row, QWidget* parent)
-    : Form(desk, "frmCustomerIns", parent), table_(table), grid_(grid), row_(row) {
+    : CorrectionForm(desk, "frmCustomerIns", table, grid, row, parent) {
   SetCaption("Manutenção de Fichas");
   auto* column = FormColumn(this);
   auto* sections = new QHBoxLayout;
@@ -41,9 +39,7 @@ frmCustomerIns::frmCustomerIns(Desk& desk, const periods::StagedTable& table, Gr
   for (const int section : {kIdentity, kAddress, kShipping}) sections->addWidget(MakeSection(section), 1);
   JoinTwins();
   column->addStretch();
-  cmdGravar_ = PlainButton("cmdGravar", "Gra&var", [this] { Gravar(); });
-  auto* cmdFechar = PlainButton("cmdFechar", "&Fechar", [this] { reject(); });
-  column->addLayout(ButtonRow({cmdGravar_, cmdFechar}));
+  column->addLayout(MakeButtons("Gra&var", "&Fechar"));
 }
 
 QWidget* frmCustomerIns::MakeSection(int section) {
@@ -52,77 +48,47 @@ QWidget* frmCustomerIns::MakeSection(int section) {
   fields->setSpacing(kSpacing);
   fields->setColumnStretch(1, 1);
   for (const CorrectionField& field : periods::CustomerFields()) {
-    const auto column = periods::ColumnOf(table_, field);
-    if (column && SectionOf(field) == section) AddEntry(*fields, field, *column);
+    const auto column = periods::ColumnOf(Table(), field);
+    if (!column || SectionOf(field) != section) continue;
+    AddEntry(*fields, *column, field.label, MakeBox("txt" + std::string(field.column), *column, kCharacters),
+             field.fills ? "chk" + std::string(field.column) : std::string());
   }
   if (section == kIdentity) AddSelfBilling(*fields);
   fields->setRowStretch(fields->rowCount(), 1);
   return box;
 }
 
-void frmCustomerIns::AddEntry(QGridLayout& fields, const CorrectionField& field, std::size_t column) {
-  const int row = fields.rowCount();
-  QLineEdit* box = TextBox("txt" + std::string(field.column), table_.columns[column].cut);
-  MakeRoom(box, kCharacters);
-  box->setText(ToQt(grid_.Cell(row_, column)));
-  box->setCursorPosition(0);
-  auto* label = new QLabel(ToQt(field.label));
-  label->setBuddy(box);
-  fields.addWidget(label, row, 0, Qt::AlignRight | Qt::AlignVCenter);
-  fields.addWidget(box, row, 1);
-  entries_.push_back({&field, column, box, field.fills ? AddFill(fields, field) : nullptr});
-}
-
-QCheckBox* frmCustomerIns::AddFill(QGridLayout& fields, const CorrectionField& field) {
-  auto* fill = new QCheckBox;
-  fill->setObjectName("chk" + ToQt(field.column));
-  fill->setToolTip(ToQt(periods::kFillTip));
-  fill->setAccessibleName("Preenchimento automático: " + ToQt(field.label).remove('&'));
-  fields.addWidget(fill, fields.rowCount() - 1, 2);
-  return fill;
-}
-
 void frmCustomerIns::AddSelfBilling(QGridLayout& fields) {
   chkSelfBillingIndicator_ = new QCheckBox("&Autofacturação");
   chkSelfBillingIndicator_->setObjectName("chkSelfBillingIndicator");
   fields.addWidget(chkSelfBillingIndicator_, fields.rowCount(), 1);
-  selfBilling_ = periods::ColumnOf(table_, periods::kSelfBillingColumn).value();
-  chkSelfBillingIndicator_->setChecked(grid_.Cell(row_, selfBilling_) == kSelfBilling);
-}
-
-bool frmCustomerIns::Abrir() {
-  return Ask();
+  selfBilling_ = periods::ColumnOf(Table(), periods::kSelfBillingColumn).value();
+  chkSelfBillingIndicator_->setChecked(Shown(selfBilling_) == kSelfBilling);
 }
 
 /// A blank shipping field takes what was typed as address.
 void frmCustomerIns::JoinTwins() {
-  for (const Entry& entry : entries_) {
-    const auto twin = std::ranges::find_if(
-        entries_, [&](const Entry& other) { return other.field->column == entry.field->twin; });
-    if (twin == entries_.end()) continue;
-    connect(entry.box, &QLineEdit::editingFinished, twin->box, [from = entry.box, to = twin->box] {
+  for (const CorrectionField& field : periods::CustomerFields()) {
+    QLineEdit* from = BoxOf(field.column);
+    QLineEdit* to = BoxOf(field.twin);
+    if (from == nullptr || to == nullptr) continue;
+    connect(from, &QLineEdit::editingFinished, to, [from, to] {
       if (to->text().trimmed().isEmpty()) to->setText(from->text());
     });
   }
 }
 
-std::vector<periods::Correction> frmCustomerIns::Corrections() const {
-  std::vector<periods::Correction> corrections;
-  for (const Entry& entry : entries_) {
-    corrections.push_back(
-        {entry.column, FromQt(entry.box->text()), entry.fill != nullptr && entry.fill->isChecked()});
-  }
-  corrections.push_back(
-      {selfBilling_, std::string(chkSelfBillingIndicator_->isChecked() ? kSelfBilling : kNoSelfBilling)});
-  return corrections;
+QLineEdit* frmCustomerIns::BoxOf(std::string_view column) const {
+  const auto place = periods::ColumnOf(Table(), column);
+  const auto entry = std::ranges::find_if(Entries(), [&](const Entry& e) { return place == e.column; });
+  return entry == Entries().end() ? nullptr : entry->box;
 }
 
-void frmCustomerIns::Gravar() {
-  cmdGravar_->setFocus();  // whichever key brought us here, the field with the cursor is left
-  const auto corrections = Corrections();
-  if (!periods::ConfirmCorrections(desk_.Context(), corrections)) return;
-  grid_.Edit([&](periods::Grid& rows) { periods::CorrectRow(rows, row_, corrections); });
-  accept();
+std::vector<periods::Correction> frmCustomerIns::Corrections() const {
+  auto corrections = CorrectionForm::Corrections();
+  const bool selfBilling = chkSelfBillingIndicator_->isChecked();
+  corrections.push_back({selfBilling_, std::string(selfBilling ? kSelfBilling : kNoSelfBilling)});
+  return corrections;
 }
 
 }  // namespace korvel::desktop
