@@ -19,8 +19,7 @@ LunderFilterForm Form(std::string_view ticks, std::string_view from = {}, std::s
 TEST(LunderFilterTest, Clauses) {
   struct Case {
     LunderFilterForm form;
-    const char* contas;
-    const char* diarios;
+    const char *contas, *diarios;
   };
   const Case cases[] = {
       {Form("xx"), "", ""},
@@ -83,11 +82,13 @@ TEST_F(StoredFilter, FormShowsJournalsByCodeWithTheirRoles) {
   EXPECT_FALSE(filter.noJournalTicked);
 }
 
-TEST_F(StoredFilter, WithoutTheOpeningJournalNothingIsTicked) {
+TEST_F(StoredFilter, WithoutTheOpeningJournalNothingIsTickedAndWithoutTheSourceAllIsCancelled) {
   const LunderFilter filter = FiltrosLunder(context);
   EXPECT_TRUE(filter.noJournalTicked);
   EXPECT_FALSE(filter.cancelled);
   EXPECT_EQ(filter.diarios, " and Diario='XXXXXX' ");
+  Script("update ParamGeral set DBase_Lunder='LunderFalta'");
+  EXPECT_TRUE(FiltrosLunder(context).cancelled) << "a source that does not open cancels in silence";
   EXPECT_TRUE(server.dialogs.messages.empty());
 }
 
@@ -100,12 +101,6 @@ TEST_F(StoredFilter, ChoiceOfACallerStandsInPlaceOfTheStoredOne) {
   const LunderFilter none = FiltrosLunder(context, Choice({"falta"}));
   EXPECT_TRUE(none.cancelled);
   EXPECT_EQ(server.dialogs.LastText(), "Não seleccionou qualquer Diário!");
-}
-
-TEST_F(StoredFilter, SourceThatDoesNotOpenCancelsInSilence) {
-  Script("update ParamGeral set DBase_Lunder='LunderFalta'");
-  EXPECT_TRUE(FiltrosLunder(context).cancelled);
-  EXPECT_TRUE(server.dialogs.messages.empty());
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "company_world.h"
+#include "periods/movement_types.h"
+#include "periods/warehouses.h"
 
 namespace korvel::periods {
 namespace {
@@ -133,6 +135,48 @@ TEST_F(ParametersTest, CompaniesOfASourceServer) {
   EXPECT_EQ(list("Brevant"), std::vector<std::string>{}) << "no location";
   EXPECT_EQ(list("Korvel"), std::vector<std::string>{}) << "no source product";
   EXPECT_TRUE(server.dialogs.messages.empty());
+}
+
+TEST_F(ParametersTest, MovementTypesAreThoseThatTheAuditFileTakes) {
+  EXPECT_TRUE(CarregarTiposMov(context).empty()) << "no location";
+  PointToSources();
+  server.Run(
+      "BrevantDemo",
+      "create table TabTipoMov (NumRegisto numeric(18,0) identity (1,1) not null, Codigo varchar(4), "
+      "Descricao varchar(50), Modulo varchar(2), AfectaCli varchar(2), AfectaStk varchar(2), "
+      "AfectaIVA smallint, TipoMovClassifica varchar(3))\nGO\n"
+      "insert into TabTipoMov (Codigo,Descricao,Modulo,AfectaCli,AfectaStk,AfectaIVA,TipoMovClassifica)"
+      " values ('FT','Factura','CL','D','S',1,'FT'),('EN','Encomenda','CL','','',0,'@@@'),"
+      "('XX','Interno','FC','','',0,''),('CR','Crédito','CL','C','E',0,'NC')");
+  const auto types = CarregarTiposMov(context);
+  ASSERT_EQ(types.size(), 2U);
+  EXPECT_EQ(types[0].codigo, "CR");
+  EXPECT_EQ(types[0].afectaIVA, "N");
+  EXPECT_EQ(types[1].classificacao, "FT");
+  EXPECT_EQ(types[1].afectaCli + types[1].afectaStk + types[1].modulo + types[1].afectaIVA, "DSCLS");
+}
+
+TEST_F(ParametersTest, WarehousesCarryWhatWasClassifiedBefore) {
+  EXPECT_TRUE(CarregarArmazens(context, *server.Open("Korvel0001")).empty()) << "no location";
+  PointToSources();
+  server.Run("BrevantDemo",
+             "create table Armazens (NumRegisto numeric(18,0) identity (1,1) not null, Codigo varchar(3), "
+             "Descricao varchar(50))\nGO\n"
+             "insert into Armazens (Codigo,Descricao) values ('b','Açores'),('A','D''Avila')");
+  Script("insert into TabArmazens (Armazem,Classificacao) values ('B','PT-AC'),('Z','PT')");
+  const auto company = server.Open("Korvel0001");
+  const auto warehouses = CarregarArmazens(context, *company);
+  ASSERT_EQ(warehouses.size(), 2U);
+  EXPECT_EQ(warehouses[0].descricao, "D'Avila");
+  EXPECT_EQ(warehouses[0].classificacao, "");
+  EXPECT_EQ(warehouses[1].classificacao, "PT-AC") << "codes compare as the server compares";
+  ReplaceWarehouses(*company, warehouses);
+  EXPECT_EQ(Rows("select Armazem,Classificacao from TabArmazens order by NumRegisto"),
+            (std::vector<std::string>{"A\t", "b\tPT-AC"}));
+  Script("update ParamGeral set DBase_Brevant='Falta'");
+  const auto kept = CarregarArmazens(context, *company);
+  ASSERT_EQ(kept.size(), 2U) << "without the product what is stored stays";
+  EXPECT_EQ(kept[1].classificacao, "PT-AC");
 }
 
 }  // namespace

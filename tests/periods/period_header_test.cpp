@@ -20,8 +20,7 @@ PeriodHeader Valid() {
 
 TEST(PeriodHeader, NamesTheColumnAtFaultAndWhatIsWrongWithIt) {
   struct Case {
-    std::string_view column;
-    std::string_view value;
+    std::string_view column, value;
     std::string_view fault;  // "": none
     std::string_view message;
   };
@@ -71,9 +70,7 @@ TEST(PeriodHeader, TheFirstEmptyColumnIsTheOneTold) {
 
 TEST(PeriodHeader, KindDecidesTheEstablishment) {
   struct Case {
-    const char* kind;
-    const char* basis;
-    const char* entity;
+    const char *kind, *basis, *entity;
     bool customer;
   };
   for (const Case& test :
@@ -90,11 +87,7 @@ TEST(PeriodHeader, KindDecidesTheEstablishment) {
 
 TEST(PeriodHeader, LeavingTheYearFillsEmptyDates) {
   struct Case {
-    const char* typed;
-    const char* start;
-    const char* year;
-    const char* startAfter;
-    const char* endAfter;
+    const char *typed, *start, *year, *startAfter, *endAfter;
   };
   const test::FixedClock clock({2026, 5, 17});
   for (const Case& test : {Case{"2010x", "", "2010", "2010-01-01", "2010-12-31"},

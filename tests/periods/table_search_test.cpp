@@ -51,15 +51,15 @@ TEST_F(TableSearchTest, CodesFindTheirRow) {
     ASSERT_TRUE(found.row) << account;
     EXPECT_EQ(found.row->key, "21.1") << "shown with its points";
     EXPECT_EQ(found.row->name, "Clientes");
+    EXPECT_EQ(
+        Keys(SearchTable(context, Contas_Contabilidade(), {.typed = account, .fromStart = true, .most = 9})),
+        (std::vector<std::string>{"21.1", "21.1.1"}));
   }
   EXPECT_EQ(Look(Numbers(), "12").row.value().name, "Doze");
-  EXPECT_TRUE(server.dialogs.messages.empty());
-}
-
-TEST_F(TableSearchTest, BlankIsNotLookedUp) {
   server.statements.clear();
   EXPECT_FALSE(Look(Grupo_Produtos(), " ").unknown);
-  EXPECT_TRUE(server.statements.empty());
+  EXPECT_TRUE(server.statements.empty()) << "a blank code is not looked up";
+  EXPECT_TRUE(server.dialogs.messages.empty());
 }
 
 TEST_F(TableSearchTest, UnknownCodeIsToldWhenAskedFor) {
@@ -112,14 +112,6 @@ TEST_F(TableSearchTest, RowsAreCutAndAllCounted) {
   EXPECT_EQ(last->count, 5);
   EXPECT_EQ(last->rows[1].values, (std::vector<std::string>{"C", "Caixa_grande"}));
   EXPECT_EQ(Keys(SearchTable(context, Numbers(), {.most = 9})), std::vector<std::string>{"12"});
-}
-
-TEST_F(TableSearchTest, AccountsAreSearchedWithAndWithoutPoints) {
-  for (const char* typed : {"21.1", "211"}) {
-    EXPECT_EQ(
-        Keys(SearchTable(context, Contas_Contabilidade(), {.typed = typed, .fromStart = true, .most = 9})),
-        (std::vector<std::string>{"21.1", "21.1.1"}));
-  }
 }
 
 TEST_F(TableSearchTest, DatabasesOfAServer) {
