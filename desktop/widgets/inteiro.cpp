@@ -69,6 +69,11 @@ Inteiro::Inteiro(Desk& desk, std::string_view name, QWidget* parent)
   row->addWidget(spin_);
 }
 
+/// A box with the cursor is left when it goes, too late for its owner: it goes first.
+Inteiro::~Inteiro() {
+  delete spin_;
+}
+
 int Inteiro::Valor() {
   Say(TakeTyped());
   TellChange();

@@ -15,6 +15,7 @@ namespace korvel::desktop {
 class Inteiro final : public QWidget {
  public:
   Inteiro(Desk& desk, std::string_view name, QWidget* parent = nullptr);
+  ~Inteiro() override;
 
   int Valor();
   /// As written, also outside the bounds.

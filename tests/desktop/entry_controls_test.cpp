@@ -310,5 +310,16 @@ TEST_F(EntryControls, MonthsAndDaysOfTheWeekCountFromOne) {
   EXPECT_EQ(day.Dia(), 2);
 }
 
+TEST_F(EntryControls, GoWithTheCursorInThem) {
+  QWidget* const made[] = {&Make<Inteiro>(), &Make<Decimal>(), &Make<Valor>(), &Make<Edatas>()};
+  for (QWidget* control : made) {
+    QApplication::setActiveWindow(&window);
+    control->setFocus();
+    ASSERT_TRUE(control->hasFocus());
+    delete control;
+    EXPECT_EQ(Said(), "");
+  }
+}
+
 }  // namespace
 }  // namespace korvel::desktop
