@@ -34,7 +34,7 @@ TEST(Documents, TheKeyGoesOnFromTheLedger) {
   company.AddDocument("B", "1", {{"Period", "1"}, {"EndDate", "2010-02-28"}});
   company.AddDocument("A2", "1", {{"Period", "2"}, {"EndDate", "2010-02-28"}, {"SalesInvoices", "2"}});
   for (const auto& [basis, ledger, months, documents] : cases) {
-    company.Script("Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
+    company.SetBasis(basis);
     ExportOptions options = company.DocumentsAlone();
     options.chkPOCGeneralLedgerEntries = ledger;
     options.chkPorMeses = months;
@@ -99,8 +99,7 @@ TEST_F(MonthlyDocuments, AMonthThatIsNoNumberEndsTheRun) {
 }
 
 TEST(Documents, ABlankTaxPayableIsRepairedInTheFirstRow) {
-  StagedCompany company;
-  company.AddHeader("F");
+  StagedCompany company("F");
   company.AddDocument("FT 2010/1", "2", {{"TaxPayable", "  "}});
   company.AddDocument("FT 2010/1", "1", {{"TaxPayable", ""}});
   company.AddDocument("FT 2010/2", "1", {{"TaxPayable", "2,5"}});
@@ -113,8 +112,7 @@ TEST(Documents, ABlankTaxPayableIsRepairedInTheFirstRow) {
 }
 
 TEST(Documents, ARepairThatFailsEndsTheRunBeforeTheFileStands) {
-  StagedCompany company;
-  company.AddHeader("F");
+  StagedCompany company("F");
   company.AddDocument("FT 2010/1", "1", {{"TaxPayable", ""}});
   company.servers.observer = [](std::string_view statement) {
     if (statement.starts_with("Update TabSourceDocumentsGEST")) {
@@ -133,8 +131,7 @@ std::size_t StatementsOf(StagedCompany& company, const ExportOptions& options) {
 }
 
 TEST(Documents, StatementsDoNotGrowWithThem) {
-  StagedCompany company;
-  company.AddHeader("F");
+  StagedCompany company("F");
   const ExportOptions options = company.DocumentsAlone();
   company.AddDocument("FT 2010/0", "1", {{"TaxPayable", ""}, {"Invoice", "1"}});
   const std::size_t few = StatementsOf(company, options);

@@ -58,8 +58,7 @@ const char* const kDocument = R"(
 </SourceDocuments></AuditFile>)";
 
 TEST(Documents, AFullDocumentByteForByte) {
-  StagedCompany company;
-  company.AddHeader("F");
+  StagedCompany company("F");
   company.AddDocument("FT 2010/1", "00001");
   company.Script(
       "Update TabSourceDocumentsGEST set "
@@ -114,8 +113,7 @@ TEST(Documents, ElementsByTheirRules) {
       {{{"LineNumber", nullptr}}, "</ShipFrom><DocumentTotals><TaxPayable>"},
       {{{"Hash", ""}, {"HashControl", nullptr}, {"CustomerID", " "}}, "<Hash/><HashControl/><Period>"},
   };
-  StagedCompany company;
-  company.AddHeader("F");
+  StagedCompany company("F");
   for (const auto& each : cases) {
     company.Script("delete from TabSourceDocumentsGEST");
     company.AddDocument("FT 2010/1", "00001", each.cells);
@@ -136,8 +134,7 @@ void StageMasters(StagedCompany& company) {
 }
 
 TEST(Documents, AnIntegratedFileIsValidAndNamesTheTransactions) {
-  StagedCompany company;
-  company.AddHeader("I");
+  StagedCompany company("I");
   StageMasters(company);
   company.AddLine("01", "2010-01-02 01 7", "1", "1");
   company.AddDocument("FT 2010/1", "00001",
@@ -155,7 +152,7 @@ TEST(Documents, AnIntegratedFileIsValidAndNamesTheTransactions) {
             1u);
   EXPECT_EQ(CountOf(file, "</GeneralLedgerEntries><SourceDocuments>"), 1u);
 
-  company.Script("Update TabHeader set TaxAccountingBasis='F'");
+  company.SetBasis("F");
   const std::string billing = company.Exported(company.Options(Basis::Billing));
   EXPECT_EQ(CountOf(billing, "<TransactionID>"), 0u);
   EXPECT_EQ(DocumentOutline(billing), "FT 2010/1: 1 2; NC 2010/1: 1");
@@ -191,8 +188,7 @@ TEST(Documents, TheListedExceptionsAreTheSchemasOnlyFaults) {
       {{{"ProductCode", "P2"}}, "}Line': No match found for key-sequence ['P2']"},
   };
   const test::SchemaCheck schema;
-  StagedCompany company;
-  company.AddHeader("F");
+  StagedCompany company("F");
   StageMasters(company);
   for (const auto& [cells, fault] : cases) {
     company.Script("delete from TabSourceDocumentsGEST");

@@ -54,8 +54,7 @@ std::vector<std::string> Lines(const ExportResult& result) {
 }
 
 TEST(ExportRun, OneFileNamedAfterThePeriod) {
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   const ExportResult result = ExportaSaft(company.Context(), company.Options(), company.period);
   ASSERT_TRUE(result.ok) << result.error;
   const std::string path =
@@ -145,8 +144,7 @@ TEST(ExportRun, WithoutHeaderTheDateStaysAndMonthlyNamesGrow) {
 }
 
 TEST(ExportRun, AFailureLeavesTheEarlierFileAndTellsItsCause) {
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   company.AddLine("01", "A", "1", "1");
   const std::string path = company.Export(company.Options()).files.at(0);
   const std::string earlier = test::ReadFile(path);
@@ -194,8 +192,7 @@ class SizeLimit {
 };
 
 TEST(ExportRun, AFullDiskLeavesTheEarlierFileAndSaysSo) {
-  StagedCompany company;
-  company.AddHeader("I");
+  StagedCompany company("I");
   company.AddDocument("FT 2010/1", "1", {{"TaxPayable", "1"}});
   ExportOptions options = company.Options(Basis::Integrated);
   const std::string path = company.Export(options).files.at(0);
@@ -220,8 +217,7 @@ TEST(ExportRun, AFullDiskLeavesTheEarlierFileAndSaysSo) {
 }
 
 TEST(ExportRun, AFolderThatIsNoneFailsBeforeAnythingIsWritten) {
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   test::WriteFile(company.target / "file", "");
   ExportOptions options = company.Options();
   options.txtPastaExportacao = (company.target / "file").string();
@@ -265,8 +261,7 @@ class KillingProgress final : public toolkit::Progress {
 };
 
 TEST(ExportRun, AKilledRunLeavesTheEarlierFileAndTheNextClearsUp) {
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   company.AddLine("01", "A", "1", "1");
   const std::string path = company.Export(company.Options()).files.at(0);
   const std::string earlier = test::ReadFile(path);
@@ -290,10 +285,9 @@ TEST(ExportRun, AKilledRunLeavesTheEarlierFileAndTheNextClearsUp) {
 TEST(ExportChoices, KindOfAPeriod) {
   const std::pair<std::string_view, std::string_view> cases[] = {
       {"I", "I"}, {"C", "C"}, {"F", "G"}, {"Contabilidade", ""}};
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   for (const auto& [basis, kind] : cases) {
-    company.Script("Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
+    company.SetBasis(basis);
     EXPECT_EQ(TipoSistemaPeriodo(company.Context(), company.period), kind);
     EXPECT_EQ(TipoSistemaPeriodo(company.Context(), "20102010-01-012010-12-31"), kind);
     EXPECT_EQ(TipoSistemaPeriodo(company.Context(), "2011"), "");

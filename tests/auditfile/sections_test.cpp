@@ -133,8 +133,7 @@ TEST(Sections, ASmallPeriodByteForByteAndValid) {
 
 // What the schema does not allow and the system's file has all the same.
 TEST(Sections, TheListedExceptionsAreTheSchemasOnlyFaults) {
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   company.AddLine("01", "2010-01-02 01 7", "1", "1", {{"DebitAmount", "0"}});
   company.AddLine("01", "2010-01-02 01 7", "2", "1", {{"CreditAmount", "2"}});
   ExportOptions options = company.Options();
@@ -161,8 +160,7 @@ TEST(Sections, HeaderValuesAndOmissions) {
 }
 
 TEST(Sections, TheFilesBasisByPrecedence) {
-  StagedCompany company;
-  company.AddHeader("I");
+  StagedCompany company("I");
   ExportOptions options = company.Options(Basis::Integrated);
   const auto basisOf = [&](std::string_view cliente) {
     const ExportResult result = ExportaSaft(company.Context(), options, company.period, cliente, true);
@@ -198,8 +196,7 @@ TEST(Sections, BoxesAndBasisChooseTheSections) {
       {"Contabilidade", all, ""},
       {"C", ExportOptions(), ""},
   };
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   company.Add("TabGeneralLedger", {{"AccountID", "accounts"}});
   company.Add("TabCustomerPOC", {{"CustomerID", "customersPOC"}});
   company.Add("TabCustomerGEST", {{"CustomerID", "customersGEST"}});
@@ -209,7 +206,7 @@ TEST(Sections, BoxesAndBasisChooseTheSections) {
   company.Add("TabTaxTableGEST", {{"TaxCode", "taxesGEST"}});
   company.AddLine("ledger", "1", "1", "1");
   for (const auto& [basis, options, sections] : cases) {
-    company.Script("Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
+    company.SetBasis(basis);
     ExportOptions here = options;
     here.txtPastaExportacao = company.target.Path().string();
     const std::filesystem::path before = std::filesystem::current_path();
@@ -226,8 +223,7 @@ TEST(Sections, BoxesAndBasisChooseTheSections) {
 }
 
 TEST(Sections, MasterFilesAtTheirEdges) {
-  StagedCompany company;
-  company.AddHeader("I");
+  StagedCompany company("I");
   EXPECT_EQ(CountOf(company.Exported(company.Options(Basis::Integrated)), "<MasterFiles/></AuditFile>"), 1u)
       << "no rows: no section, no tax table";
 
@@ -281,8 +277,7 @@ std::string Outline(std::string_view ledger) {
 }
 
 TEST(Sections, LedgerGroupsByJournalAndTransaction) {
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   company.AddLine("02", "A1", "1", "1");
   company.AddLine("01", "a1 ", "1", "1");
   company.AddLine("01", "A1", "2", "1");
@@ -296,8 +291,7 @@ TEST(Sections, LedgerGroupsByJournalAndTransaction) {
 }
 
 TEST(Sections, LedgerValues) {
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   company.AddLine(
       "01", "1", "1", "1",
       {{"TransactionType", " "}, {"CustomerID", "C"}, {"SupplierID", "S"}, {"NumberOfEntries", " 12x"}});
@@ -318,8 +312,7 @@ TEST(Sections, LedgerValues) {
 }
 
 TEST(Sections, AmountsFollowTheSession) {
-  StagedCompany company;
-  company.AddHeader("C");
+  StagedCompany company("C");
   company.AddLine("01", "1", "1", "1", {{"DebitAmount", "1,234.5678"}, {"TotalDebit", "0.5"}});
   company.session.gSepDecimal = ".";
   company.session.gSepMilhar = ",";

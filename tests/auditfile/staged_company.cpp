@@ -41,9 +41,10 @@ std::string InsertStatement(std::string_view table, const Row& row) {
 
 }  // namespace
 
-StagedCompany::StagedCompany() {
+StagedCompany::StagedCompany(const char* basis) {
   UseCompany("0001");
   EXPECT_TRUE(databases::ActDBaseExecuta(Context(), session.gBaseDados).ran);
+  if (basis != nullptr) AddHeader(basis);
   dialogs.Clear();
 }
 

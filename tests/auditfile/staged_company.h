@@ -17,10 +17,11 @@ struct Cell {
   const char* value;  // nullptr: NULL
 };
 
-/// A company with its tables and nothing in them, and a folder to export to.
+/// A company with its tables and nothing in them but a header of that kind, if one is given, and a folder to export
+/// to.
 class StagedCompany : public TestServer {
  public:
-  StagedCompany();
+  explicit StagedCompany(const char* basis = nullptr);
 
   /// Inserts a row of a staged table for the period 2010, other values as given; later cells replace earlier ones.
   void Add(std::string_view table, std::initializer_list<Cell> cells);
@@ -28,6 +29,9 @@ class StagedCompany : public TestServer {
   void AddRow(std::string_view table, std::string_view cells);
   void Script(std::string_view script) { Run(session.gBaseDados, script); }
   std::string Value(std::string_view query) { return One(session.gBaseDados, query); }
+  void SetBasis(std::string_view basis) {
+    Script("Update TabHeader set TaxAccountingBasis='" + std::string(basis) + "'");
+  }
   /// A header of that kind with a value in every column that the file always shows.
   void AddHeader(const char* basis, std::initializer_list<Cell> cells = {});
   /// A ledger line: journal, transaction, line number and month, with a debit.
