@@ -55,6 +55,15 @@ std::optional<data::Error> ErrorOf(const std::function<void()>& call) {
   return std::nullopt;
 }
 
+void ExpectFailure(const std::function<void()>& call, data::Failure failure, int native) {
+  const auto error = ErrorOf(call);
+  ASSERT_TRUE(error) << "it succeeded";
+  EXPECT_EQ(error->Kind(), failure) << error->what();
+  if (native != 0) {
+    EXPECT_EQ(error->Native(), native) << error->what();
+  }
+}
+
 std::string DriverName(const testing::TestParamInfo<const char*>& driver) {
   std::string name = driver.param;
   std::replace(name.begin(), name.end(), '-', '_');

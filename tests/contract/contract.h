@@ -44,6 +44,8 @@ class Contract : public testing::TestWithParam<const char*> {
 
 /// The Error that a call throws; nothing when it throws none.
 std::optional<data::Error> ErrorOf(const std::function<void()>& call);
+/// Expects that a call fails that way; a native number of 0 is any.
+void ExpectFailure(const std::function<void()>& call, data::Failure failure, int native = 0);
 
 inline const auto kAllDrivers = testing::Values("embedded", "odbc-sqlite", "tds", "sqlserver");
 std::string DriverName(const testing::TestParamInfo<const char*>& driver);

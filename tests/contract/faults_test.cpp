@@ -44,9 +44,7 @@ class ServerFaults : public testing::Test {
   }
   static void ExpectDead(Connection& db) {
     EXPECT_FALSE(db.IsOpen());
-    const auto error = ErrorOf([&] { db.Execute("select 1"); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->Kind(), Failure::NoServer) << error->what();
+    ExpectFailure([&] { db.Execute("select 1"); }, Failure::NoServer);
   }
 
   static constexpr int kRows = 4000;
@@ -69,25 +67,10 @@ TEST_F(ServerFaults, LoginsAreRefusedForTheirOwnReasons) {
                {"unknown database", "NaoHa", "sa", "", Failure::NoServer, 4060}};
   for (const auto& each : cases) {
     SCOPED_TRACE(each.what);
-    const auto error = ErrorOf([&] { Open(each.database, 60, each.login, each.password); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->Kind(), each.failure) << error->what();
-    EXPECT_EQ(error->Native(), each.native) << error->what();
+    ExpectFailure([&] { Open(each.database, 60, each.login, each.password); }, each.failure, each.native);
   }
   server.Switches().refuseLogins = true;
-  const auto error = ErrorOf([&] { Open(); });
-  ASSERT_TRUE(error);
-  EXPECT_EQ(error->Kind(), Failure::WrongLogin);
-}
-
-TEST_F(ServerFaults, TheServerLearnsWhoEnters) {
-  const auto db = Open();
-  const tds::Login login = server.Logins().back();
-  EXPECT_EQ(login.user, "sa");
-  EXPECT_EQ(login.database, "Base");
-  EXPECT_EQ(login.application, "Korvel");
-  EXPECT_FALSE(login.host.empty());
-  EXPECT_EQ(login.version, tds::Version::V74);
+  ExpectFailure([&] { Open(); }, Failure::WrongLogin);
 }
 
 TEST_F(ServerFaults, AServerThatStopsLeavesDeadConnections) {
@@ -97,16 +80,12 @@ TEST_F(ServerFaults, AServerThatStopsLeavesDeadConnections) {
   writing->Execute("delete from t");
   server.Stop();
   for (Connection* db : {idle.get(), writing.get()}) {
-    const auto error = ErrorOf([&] { db->Execute("select 1"); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->Kind(), Failure::NoServer) << error->what();
+    ExpectFailure([&] { db->Execute("select 1"); }, Failure::NoServer);
     ExpectDead(*db);
   }
   EXPECT_TRUE(ErrorOf([&] { writing->CommitTrans(); })) << "a lost commit must not look like one";
   const auto start = std::chrono::steady_clock::now();
-  const auto error = ErrorOf([&] { Open(); });
-  ASSERT_TRUE(error);
-  EXPECT_EQ(error->Kind(), Failure::NoServer) << error->what();
+  ExpectFailure([&] { Open(); }, Failure::NoServer);
   EXPECT_LT(std::chrono::steady_clock::now() - start, seconds(8)) << "a closed port is known at once";
 }
 
@@ -133,25 +112,17 @@ TEST_F(ServerFaults, AKillStatementEndsAnotherSession) {
 }
 
 TEST_F(ServerFaults, AnAnswerCutInTheMiddleIsNeverAWholeOne) {
-  for (const int row : {0, 1, 999, 1000, kRows - 1}) {
-    SCOPED_TRACE(row);
+  const auto expectCut = [this](std::atomic<std::int64_t>& place, std::int64_t at) {
+    SCOPED_TRACE(at);
     const auto db = Open();
-    server.Switches().cutInRow = row;
-    const auto error = ErrorOf([&] { ReadAll(*db); });
-    server.Switches().cutInRow = -1;
-    ASSERT_TRUE(error) << "the rows before the cut passed for all";
-    EXPECT_EQ(error->Kind(), Failure::NoServer) << error->what();
+    place = at;
+    ExpectFailure([&] { ReadAll(*db); }, Failure::NoServer);
+    place = -1;
     ExpectDead(*db);
-  }
-  for (const int bytes : {0, 1, 7, 8, 9, 40, 4095, 4096, 4097, 60'000}) {
-    SCOPED_TRACE(bytes);
-    const auto db = Open();
-    server.Switches().cutAfterBytes = bytes;
-    const auto error = ErrorOf([&] { ReadAll(*db); });
-    server.Switches().cutAfterBytes = -1;
-    ASSERT_TRUE(error) << "the bytes before the cut passed for all";
-    ExpectDead(*db);
-  }
+  };
+  for (const int row : {0, 1, 999, 1000, kRows - 1}) expectCut(server.Switches().cutInRow, row);
+  for (const int bytes : {0, 1, 7, 8, 9, 40, 4095, 4096, 4097, 60'000})
+    expectCut(server.Switches().cutAfterBytes, bytes);
   EXPECT_EQ(ReadAll(*Open()), kRows);
 }
 
@@ -159,11 +130,9 @@ TEST_F(ServerFaults, AnAnswerTooLateIsATimeout) {
   const auto db = Open("Base", 1);
   server.Switches().answerDelay = 20'000;
   const auto start = std::chrono::steady_clock::now();
-  const auto error = ErrorOf([&] { db->Execute("update t set s='y'"); });
+  ExpectFailure([&] { db->Execute("update t set s='y'"); }, Failure::Timeout);
   EXPECT_LT(std::chrono::steady_clock::now() - start, seconds(6));
   server.Switches().answerDelay = 0;
-  ASSERT_TRUE(error);
-  EXPECT_EQ(error->Kind(), Failure::Timeout) << error->what();
   EXPECT_EQ(ReadAll(*Open()), kRows) << "what came too late has not run";
   if (db->IsOpen()) {
     EXPECT_EQ(ReadAll(*db), kRows) << "a connection that stays open works";
@@ -173,11 +142,9 @@ TEST_F(ServerFaults, AnAnswerTooLateIsATimeout) {
 TEST_F(ServerFaults, ALoginWithoutAnAnswerEndsInTime) {
   server.Switches().answerDelay = 20'000;
   const auto start = std::chrono::steady_clock::now();
-  const auto error = ErrorOf([&] { Open("Base", 1); });
+  ExpectFailure([&] { Open("Base", 1); }, Failure::NoServer);
   EXPECT_LT(std::chrono::steady_clock::now() - start, seconds(6));
   server.Switches().answerDelay = 0;
-  ASSERT_TRUE(error);
-  EXPECT_EQ(error->Kind(), Failure::NoServer) << error->what();
   EXPECT_EQ(Open()->Database(), "Base");
 }
 

@@ -61,73 +61,45 @@ TEST(OdbcText, NoValuePassesForAKeyword) {
             "Driver={ODBC Driver 18};Server=servidor,1500;APP=Korvel;Trusted_Connection=Yes;");
 }
 
-TEST(OdbcText, TheTellingRecordIsChosen) {
-  const struct {
-    const char* what;
-    std::vector<Diagnostic> records;
-    Stage stage;
-    Failure failure;
-    int native;
-    const char* text;
-  } cases[] = {
-      {"wrong password",
-       {{"42000", 18456, "[FreeTDS][SQL Server]Login failed"}, {"08001", 0, "Unable to connect"}},
-       Stage::Connecting,
-       Failure::WrongLogin,
-       18456,
-       "Login failed"},
-      {"database refused, then the login",
-       {{"28000", 18456, "Login failed"}, {"42000", 4060, "[Microsoft][ODBC][SQL Server]Cannot open"}},
-       Stage::Connecting,
-       Failure::NoServer,
-       4060,
-       "Cannot open"},
-      {"closed port",
-       {{"08S01", 20009, "refused"}, {"08001", 0, "Unable"}},
-       Stage::Connecting,
-       Failure::NoServer,
-       20009,
-       "refused"},
-      {"silent host",
-       {{"HYT00", 0, "Timeout"}, {"08001", 0, "Unable"}},
-       Stage::Connecting,
-       Failure::NoServer,
-       0,
-       "Timeout"},
-      {"unknown database",
-       {{"08001", 0, "Unable"}, {"08004", 911, "no database"}},
-       Stage::Connecting,
-       Failure::NoServer,
-       911,
-       "no database"},
-      {"warning in front",
-       {{"01000", 3621, "terminated"}, {"23000", 2627, "duplicate"}},
-       Stage::Running,
-       Failure::Integrity,
-       2627,
-       "duplicate"},
-      {"slow statement",
-       {{"HYT00", 0, "Timeout expired"}},
-       Stage::Running,
-       Failure::Timeout,
-       0,
-       "Timeout expired"},
-      {"state alone", {{"42S02", 1, "gone"}}, Stage::Running, Failure::NoTable, 1, "gone"},
-      {"lost in the middle",
-       {{"08S01", 20006, "write failed"}},
-       Stage::Running,
-       Failure::NoServer,
-       20006,
-       "write failed"},
-      {"nothing told", {}, Stage::Running, Failure::NoServer, 0, "O servidor não respondeu"},
-  };
-  for (const auto& each : cases) {
-    SCOPED_TRACE(each.what);
-    const data::Error error = ToError(each.records, each.stage);
+struct Told {
+  std::vector<Diagnostic> records;
+  Failure failure;
+  int native;
+  const char* text;
+};
+
+void ExpectTold(Stage stage, const std::vector<Told>& cases) {
+  for (const Told& each : cases) {
+    SCOPED_TRACE(each.text);
+    const data::Error error = ToError(each.records, stage);
     EXPECT_EQ(error.Kind(), each.failure);
     EXPECT_EQ(error.Native(), each.native);
     EXPECT_STREQ(error.what(), each.text);
   }
+}
+
+TEST(OdbcText, TheTellingRecordIsChosen) {
+  const Diagnostic unable{"08001", 0, "Unable to connect"};
+  ExpectTold(
+      Stage::Connecting,
+      {{{{"42000", 18456, "[FreeTDS][SQL Server]Login failed"}, unable},
+        Failure::WrongLogin,
+        18456,
+        "Login failed"},
+       {{{"28000", 18456, "Login failed"}, {"42000", 4060, "[Microsoft][ODBC][SQL Server]No database"}},
+        Failure::NoServer,
+        4060,
+        "No database"},
+       {{{"08S01", 20009, "Closed port"}, unable}, Failure::NoServer, 20009, "Closed port"},
+       {{{"HYT00", 0, "Silent host"}, unable}, Failure::NoServer, 0, "Silent host"},
+       {{unable, {"08004", 911, "Unknown database"}}, Failure::NoServer, 911, "Unknown database"}});
+  ExpectTold(
+      Stage::Running,
+      {{{{"01000", 3621, "Terminated"}, {"23000", 2627, "Duplicate"}}, Failure::Integrity, 2627, "Duplicate"},
+       {{{"HYT00", 0, "Timeout expired"}}, Failure::Timeout, 0, "Timeout expired"},
+       {{{"42S02", 1, "State alone"}}, Failure::NoTable, 1, "State alone"},
+       {{{"08S01", 20006, "Lost in the middle"}}, Failure::NoServer, 20006, "Lost in the middle"},
+       {{}, Failure::NoServer, 0, "O servidor não respondeu"}});
 }
 
 /// A port of this machine where nobody listens.

@@ -51,9 +51,7 @@ TEST_P(TransactionsContract, AFailedStatementLeavesTheRestToTheCaller) {
 TEST_P(TransactionsContract, TransactionsDoNotNest) {
   Transaction transaction(Db());
   Db().Execute("insert into t values (1)");
-  const auto error = ErrorOf([&] { Transaction second(Db()); });
-  ASSERT_TRUE(error);
-  EXPECT_EQ(error->Kind(), Failure::Statement);
+  ExpectFailure([&] { Transaction second(Db()); }, Failure::Statement);
   transaction.Commit();
   EXPECT_EQ(SeenByAnother(), 1);
 }

@@ -189,16 +189,19 @@ TEST_P(ValuesContract, NullReadsAsTheEmptyValueOfEachType) {
 }
 
 TEST_P(ValuesContract, ValuesReadAsOtherTypes) {
-  Db().Execute("create table tipo (n int, v money, q numeric(10,2), d datetime, t varchar(30), m text)");
+  Db().Execute(
+      "create table tipo (n int, v money, q numeric(10,2), d datetime, t varchar(30), m text, f float)");
   const DateTime date{2009, 2, 28, 12, 30, 45};
   const Currency amount = Currency::FromUnits(-75'000);
-  Db().Execute("insert into tipo values (?,?,?,?,?,?)", {12, amount, amount, date, "34", "2009-02-28"});
+  Db().Execute("insert into tipo values (?,?,?,?,?,?,?)",
+               {12, amount, amount, date, "34", "2009-02-28", 0.25});
   const auto rows = Db().Query("select * from tipo");
   EXPECT_EQ(rows.Text("n"), "12");
   EXPECT_EQ(rows.Money("n"), Currency::FromWhole(12));
   EXPECT_EQ(rows.Text("v"), "-7.5");
   EXPECT_EQ(rows.Integer("v"), -8) << "the server rounds money";
   EXPECT_EQ(rows.Integer("q"), -7) << "and cuts numeric";
+  EXPECT_EQ(rows.Money("f"), Currency::FromUnits(2500));
   EXPECT_EQ(rows.Text("d"), "2009-02-28 12:30:45.000");
   EXPECT_EQ(rows.Integer("t"), 34);
   EXPECT_EQ(rows.Money("t"), Currency::FromWhole(34));
