@@ -131,11 +131,9 @@ TEST_F(DocumentMapping, PutsTheValueOnTheSideOfTheClass) {
 
 TEST_F(DocumentMapping, LaterStatesOverwriteEarlierOnes) {
   struct Case {
-    const char* codigo;
-    const char* classe;
+    const char *codigo, *classe;
     bool removed;
-    const char* status;
-    const char* selfBilling;
+    const char *status, *selfBilling;
   };
   for (const Case& c : {Case{"C1", "FT", false, "N", "0"}, Case{"AUTO", "FT", false, "S", "1"},
                         Case{"AUTO", "TD", false, "F", "1"}, Case{"C1", "TV", false, "F", "0"},
@@ -158,11 +156,9 @@ TEST_F(DocumentMapping, TakesTheFinalConsumerForNumbersWithoutDigits) {
 
 TEST_F(DocumentMapping, FollowsTheRulesOfSignatures) {
   struct Case {
-    const char* hash;
-    const char* data;
+    const char *hash, *data;
     DocumentType type;
-    const char* expectedHash;
-    const char* expectedControl;
+    const char *expectedHash, *expectedControl;
   };
   const DocumentType plain{"FT", "D+", false, false, false};
   const DocumentType signing{"FT", "D+", true, false, false};
@@ -187,10 +183,7 @@ TEST_F(DocumentMapping, FollowsTheRulesOfSignatures) {
 TEST_F(DocumentMapping, SettlesByTheEffectOfTheType) {
   lookups.paymentMechanisms["NU"] = "NU";
   struct Case {
-    const char* effect;
-    const char* pagaComo;
-    const char* date;
-    const char* mechanism;
+    const char *effect, *pagaComo, *date, *mechanism;
   };
   for (const Case& c : {Case{"D+", "NU", "2011-04-05", ""}, Case{"C-", "NU", "2011-04-05", ""},
                         Case{"S+", "NU", "", "NU"}, Case{"S-", "nu ", "", "NU"}, Case{"S-", "", "", ""},
@@ -215,11 +208,7 @@ TEST_F(DocumentMapping, NamesTheOrderOfALine) {
   lookups.orderDates.Keep("77", "2010-12-30");
   lookups.relatedLines.Keep("R9", {"GR 2011/00000009", "2011-02-01"});
   struct Case {
-    const char* encomenda;
-    const char* guia;
-    const char* relacionado;
-    const char* number;
-    const char* date;
+    const char *encomenda, *guia, *relacionado, *number, *date;
   };
   for (const Case& c :
        {Case{"", "", "", "", ""}, Case{"77", "", "R9", "ENCO 2010/77", "2010-12-30"},
@@ -243,8 +232,7 @@ TEST_F(DocumentMapping, FillsBlankDescriptions) {
   struct Case {
     std::string descricao;
     std::optional<std::string> descLinha;
-    std::string product;
-    std::string description;
+    std::string product, description;
   };
   const std::string sixty = Repeated("é", 60);
   for (const Case& c :
@@ -262,8 +250,7 @@ TEST_F(DocumentMapping, FillsBlankDescriptions) {
 
 TEST_F(DocumentMapping, LooksTaxesUpOrTakesTheExemption) {
   struct Case {
-    const char* table;
-    const char* rate;
+    const char *table, *rate;
     const char* expected;  // type, region, code, percentage, reason
   };
   for (const Case& c : {Case{"2", "23", "IVA|PT|NOR|23|"}, Case{"0", "0", "IVA|PT|ISE|0|Artigo 53"},
@@ -380,9 +367,7 @@ TEST_F(DocumentMapping, StopsAtTheFirstRefusal) {
 
 TEST(UnitPriceTest, IsTheExactQuotientHalfToEven) {
   struct Case {
-    const char* valor;
-    const char* quantidade;
-    const char* price;
+    const char *valor, *quantidade, *price;
   };
   for (const Case& c :
        {Case{"10", "0", "0"}, Case{"10", "3", "3.3333"}, Case{"20", "3", "6.6667"}, Case{"0.0001", "2", "0"},

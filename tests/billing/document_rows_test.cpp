@@ -83,9 +83,7 @@ TEST(CompleteRowTest, TellsWhereTheValueIsMissing) {
 
 TEST(NumberingWalkTest, OpensGapsInsideASeriesOnly) {
   struct Step {
-    const char* ano;
-    const char* tipo;
-    const char* numero;
+    const char *ano, *tipo, *numero;
     std::int64_t first;  // 0: no gap
     std::int64_t last;
   };
