@@ -24,6 +24,10 @@ std::string BillingPeriod::Documents() const {
   return Dates() + " and Codigo=" + data::Quoted(cliente);
 }
 
+std::string BillingPeriod::Staged() const {
+  return key.Condition() + " and isnull(cliente,'')=" + data::Quoted(cliente);
+}
+
 std::optional<periods::Basis> ReadBasis(data::Connection& company, const periods::PeriodKey& key) {
   const data::Recordset header =
       company.Query("Select TaxAccountingBasis from TabHeader Where NumRegisto>0  And " + key.Condition() +

@@ -26,6 +26,8 @@ struct BillingPeriod {
   std::string Dates() const;
   /// The same and the customer, when there is one.
   std::string Documents() const;
+  /// "FiscalYear='..' and ... and isnull(cliente,'')='..'": the rows that one run stages.
+  std::string Staged() const;
 };
 
 /// The kind of system of a period as `TabHeader` has it; nothing without the row and for other values.

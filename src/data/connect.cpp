@@ -21,16 +21,22 @@ bool IsEmbedded(std::string_view server) {
                     [](char wanted, char given) { return wanted == Upper(given); });
 }
 
+EmbeddedHost HostOf(const ServerSettings& settings, std::string_view server) {
+  return {settings.embeddedFolder, std::string(server.substr(kEmbeddedHost.size())),
+          settings.makesEmbedded ? MissingServer::Make : MissingServer::Refuse, settings.embeddedVersion};
+}
+
 std::unique_ptr<Connection> Open(const ServerSettings& settings, const ConnectionString& target,
                                  std::string_view password, int timeoutSeconds) {
   if (!IsEmbedded(target.server)) return OpenOdbc(settings.odbcDriver, target, password, timeoutSeconds);
-  const EmbeddedHost host{settings.embeddedFolder, target.server.substr(kEmbeddedHost.size()),
-                          settings.makesEmbedded ? MissingServer::Make : MissingServer::Refuse,
-                          settings.embeddedVersion};
-  return OpenEmbedded(host, target, password, timeoutSeconds);
+  return OpenEmbedded(HostOf(settings, target.server), target, password, timeoutSeconds);
 }
 
 }  // namespace
+
+bool IsMissingEmbedded(const ServerSettings& settings, std::string_view server) {
+  return IsEmbedded(server) && IsMissing(HostOf(settings, server));
+}
 
 std::unique_ptr<Connection> Connect(const ServerSettings& settings, std::string_view connectionString,
                                     std::string_view password, int timeoutSeconds) {

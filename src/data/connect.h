@@ -23,6 +23,9 @@ struct ServerSettings {
   StatementObserver observer;
 };
 
+/// Whether `server` is the Data Source of an embedded server that is not there, but could be made.
+bool IsMissingEmbedded(const ServerSettings& settings, std::string_view server);
+
 /// Opens a connection from a string of the form "Provider=SQLOLEDB.1;...;User ID=<login>;Initial Catalog=<database>;
 /// Data Source=<server>", or with "Integrated Security=SSPI" in place of the login. The Data Source decides the driver:
 /// `(LOCALDB)\NAME` is the embedded server NAME, anything else a SQL Server ("host", "host,port" or "host:port").

@@ -7,6 +7,7 @@
 #include <QListWidget>
 #include <QRadioButton>
 #include <QTimer>
+#include <filesystem>
 
 #include "desktop/desktop_world.h"
 #include "forms/session/frm_about.h"
@@ -105,6 +106,26 @@ TEST_F(LoginForm, RefusesWithTheCursorInTheFieldToCorrect) {
     EXPECT_TRUE(form.isVisible());
   }
   EXPECT_FALSE(entered);
+}
+
+TEST_F(LoginForm, MakesAnEmbeddedServerThatIsNotThereWhenAsked) {
+  world.desk.Session() = {};
+  form.onLogin = [] { return true; };
+  Show();
+  TypeLogin("(localdb)\\nova", "sa", "");
+  dialogs.answers = {1};
+  Press(form, "cmdOK");
+  EXPECT_EQ(dialogs.questions.back().text,
+            "O servidor (LOCALDB)\\NOVA ainda não existe.\nDeseja criá-lo, com o administrador \"sa\" e a "
+            "password em "
+            "branco?");
+  EXPECT_EQ(dialogs.LastFocus(), "txtServer");
+  EXPECT_FALSE(std::filesystem::exists(world.server.folder / "NOVA")) << "a typing error makes nothing";
+  dialogs.answers = {0};
+  Press(form, "cmdOK");
+  EXPECT_EQ(form.result(), QDialog::Accepted);
+  EXPECT_TRUE(std::filesystem::exists(world.server.folder / "NOVA"));
+  EXPECT_THAT(dialogs.Texts(), IsEmpty());
 }
 
 TEST_F(LoginForm, StaysUntilTheCompaniesAreShown) {

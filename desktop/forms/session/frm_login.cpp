@@ -146,8 +146,9 @@ void frmLogin::KeepMachine() {
 
 void frmLogin::Enter() {
   const auto fields = Fields();
-  const auto entered =
-      desk_.Try([&](const session::Context& context) { return session::Login(context, fields); });
+  const auto entered = desk_.Try([&](const session::Context& context) {
+    return session::OfferServer(context, fields) && session::Login(context, fields);
+  });
   if (entered.value_or(false) && (!onLogin || onLogin())) accept();
 }
 

@@ -75,6 +75,10 @@ class EmbeddedConnection : public Connection {
 
 }  // namespace
 
+bool IsMissing(const EmbeddedHost& host) {
+  return embedded::IsMissing(host);
+}
+
 std::unique_ptr<Connection> OpenEmbedded(const EmbeddedHost& host, const ConnectionString& wanted,
                                          std::string_view password, int timeoutSeconds) {
   Server server(host, wanted, password, timeoutSeconds);

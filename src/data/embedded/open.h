@@ -24,6 +24,9 @@ struct EmbeddedHost {
   std::string version{kEmbeddedVersion};
 };
 
+/// Whether a server of that name could be, and is not there.
+bool IsMissing(const EmbeddedHost& host);
+
 /// Opens a database of an embedded server. By integrated security the operating system's user who owns the server's
 /// folder enters, and the accounts that the server knows.
 /// Throws Error: Failure::NoServer without such a server, native 4060 without such a database or the right to it, 18456

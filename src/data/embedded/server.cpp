@@ -33,6 +33,10 @@ std::string UpperName(std::string_view name) {
   return upper;
 }
 
+fs::path FileIn(const fs::path& server, std::string_view database) {
+  return server / kDataFolder / (UpperName(database) + ".mdf");
+}
+
 Error NoServer(std::string_view name) {
   return Error(Failure::NoServer, 17, "08001",
                fmt::format("O servidor {} não existe ou o acesso foi negado", name));
@@ -63,6 +67,10 @@ bool IsServableName(std::string_view name) {
          std::all_of(name.begin(), name.end(), fits);
 }
 
+bool IsMissing(const EmbeddedHost& host) {
+  return IsServableName(host.name) && !fs::exists(FileIn(host.folder / UpperName(host.name), kMaster));
+}
+
 Server::Server(const EmbeddedHost& host, const ConnectionString& wanted, std::string_view password,
                int timeoutSeconds)
     : name_(UpperName(host.name)), version_(host.version), timeoutSeconds_(timeoutSeconds) {
@@ -82,7 +90,7 @@ Server::Server(const EmbeddedHost& host, const ConnectionString& wanted, std::st
 }
 
 fs::path Server::FileOf(std::string_view database) const {
-  return folder_ / kDataFolder / (UpperName(database) + ".mdf");
+  return FileIn(folder_, database);
 }
 
 fs::path Server::BackupFolder() const {

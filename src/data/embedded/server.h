@@ -81,5 +81,7 @@ class Server {
 
 /// Whether a name can be a server's or a database's: letters, digits, "_", "-", "$", "#" and inner blanks.
 bool IsServableName(std::string_view name);
+/// As of data::IsMissing.
+bool IsMissing(const EmbeddedHost& host);
 
 }  // namespace korvel::data::embedded

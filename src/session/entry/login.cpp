@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <array>
+
+#include "data/connect.h"
 #include "data/error.h"
 #include "databases/config_upgrade.h"
 #include "databases/logins.h"
@@ -20,6 +23,8 @@ constexpr std::string_view kServers = "Servers";
 constexpr std::string_view kMachineName = "MachineName";
 constexpr std::string_view kName = "Name";
 constexpr std::string_view kLogin = "Login";
+constexpr std::string_view kAdministrator = "sa";  // of a new server
+constexpr std::array<std::string_view, 2> kYesNo{"&Sim", "&Não"};
 constexpr std::string_view kWindows = "WinAuthetication";  // misspelt in every installation's settings
 
 std::string Setting(const Context& context, std::string_view section, std::string_view key) {
@@ -108,6 +113,25 @@ void KeepAuthentication(const Context& context, const LoginFields& fields) {
   context.session.gAutenticacaoWindows = fields.windows;
   const bool toLogin = !toolkit::IsBlank(fields.server) && !fields.windows;
   context.dialogs.Focus(toLogin ? "txtLogin" : "txtServer");
+}
+
+bool OfferServer(const Context& context, const LoginFields& fields) {
+  return Reported(context, false, [&] {
+    const std::string server = toolkit::Upper(fields.server);
+    if (!data::IsMissingEmbedded(context.servers, server)) return true;
+    const std::string question = fmt::format(
+        "O servidor {} ainda não existe.\nDeseja criá-lo, com o administrador \"{}\" e a password em branco?",
+        server, kAdministrator);
+    if (context.dialogs.Ask(question, kYesNo) != 0) {
+      context.dialogs.Focus("txtServer");
+      return false;
+    }
+    data::ServerSettings making = context.servers;
+    making.makesEmbedded = true;
+    data::Connect(making, BuildConnectionString(server, "master", kAdministrator, false), "",
+                  kTimeoutSeconds);
+    return true;
+  });
 }
 
 bool Login(const Context& context, const LoginFields& fields) {

@@ -28,6 +28,10 @@ void KeepMachine(const Context& context, std::string_view machine);
 /// missing.
 void KeepAuthentication(const Context& context, const LoginFields& fields);
 
+/// Before `cmdOK` at a first start: asks whether an embedded server that is not there is to be made, and makes it. False
+/// when it was not; true for every other server.
+bool OfferServer(const Context& context, const LoginFields& fields);
+
 /// `cmdOK`: enters the server as far as the company selection. False when it was refused, the cursor then in the field
 /// to correct; the session's login is only set once the server has taken it. Makes `KorvelConfig` at the first
 /// administrator's login. Throws EndProgram.
