@@ -1,12 +1,8 @@
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <chrono>
-#include <functional>
 #include <thread>
 
 #include "data/embedded_fixture.h"
+#include "support/in_process.h"
 
 namespace korvel::data {
 namespace {
@@ -15,42 +11,17 @@ using Clock = std::chrono::steady_clock;
 
 class EmbeddedProcesses : public EmbeddedServerTest {
  protected:
-  /// A process of its own that does some work and then waits to be killed; it has begun when the constructor returns.
-  class Other {
-   public:
-    explicit Other(const std::function<void()>& work) {
-      int ends[2];
-      if (pipe(ends) != 0) throw std::runtime_error("no pipe");
-      child_ = fork();
-      if (child_ == 0) {
-        try {
-          work();
-        } catch (...) {
-          _exit(1);
-        }
-        close(ends[1]);
-        while (true) pause();
-      }
-      close(ends[1]);
-      char byte = 0;
-      while (read(ends[0], &byte, 1) > 0) {
-      }
-      close(ends[0]);
+  /// A process of its own that has done its work and waits to be killed.
+  struct Other : test::InProcess {
+    explicit Other(const std::function<void()>& work)
+        : InProcess([&](const std::function<void()>& ready) {
+            work();
+            ready();
+            while (true) pause();
+            return 0;
+          }) {
+      EXPECT_TRUE(WaitUntilReady());
     }
-    ~Other() { Kill(); }
-    Other(const Other&) = delete;
-    Other& operator=(const Other&) = delete;
-
-    void Kill() {
-      if (child_ <= 0) return;
-      kill(child_, SIGKILL);
-      waitpid(child_, nullptr, 0);
-      child_ = -1;
-    }
-    pid_t Id() const { return child_; }
-
-   private:
-    pid_t child_ = -1;
   };
 
   /// The spid of another connection.

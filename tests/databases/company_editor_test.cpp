@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "databases/config_upgrade.h"
-#include "databases/in_process.h"
 #include "databases/logins.h"
+#include "support/in_process.h"
 #include "support/scripted_world.h"
 
 namespace korvel::databases {

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "databases/default_hosts.h"
-#include "databases/in_process.h"
 #include "databases/sql_admin.h"
 #include "databases/table_columns.h"
 #include "databases/version.h"
+#include "support/in_process.h"
 #include "support/scripted_world.h"
 
 namespace korvel::databases {

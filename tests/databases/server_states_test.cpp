@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "databases/company_lock.h"
-#include "databases/in_process.h"
 #include "databases/sql_admin.h"
+#include "support/in_process.h"
 #include "support/scripted_world.h"
 
 namespace korvel::databases {

@@ -2,13 +2,12 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "databases/sql_admin.h"
 #include "session/connections.h"
 #include "session/entry/user_synchronisation.h"
 #include "session_entry/entry_world.h"
+#include "support/in_process.h"
 
 namespace korvel::session {
 namespace {
@@ -82,15 +81,10 @@ TEST_F(LoginForm, FirstAdministratorMakesTheConfiguration) {
 }
 
 TEST_F(LoginForm, AdministratorsMayBeTheFirstTogether) {
-  std::vector<pid_t> others;
-  for (int i = 0; i < 3; ++i) {
-    others.push_back(::fork());
-    if (others.back() == 0) ::_exit(world.LogIn("sa") ? 0 : 1);
-  }
-  for (const pid_t other : others) {
-    int status = 0;
-    ::waitpid(other, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  {
+    const auto enter = [this](const std::function<void()>&) { return world.LogIn("sa") ? 0 : 1; };
+    test::InProcess first(enter), second(enter), third(enter);
+    for (test::InProcess* other : {&first, &second, &third}) EXPECT_EQ(other->Wait(), 0);
   }
   ASSERT_TRUE(world.LogIn("sa")) << server.dialogs.LastText();
   EXPECT_THAT(world.Config("select AdminTasks from UserManagement where LoginName='sa'"), ElementsAre("1"));

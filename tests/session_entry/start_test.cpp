@@ -2,13 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
 
 #include "databases/admin_command.h"
 #include "session_entry/entry_world.h"
+#include "support/in_process.h"
 #include "toolkit/file_sink.h"
 #include "toolkit/scramble.h"
 
@@ -60,22 +57,16 @@ TEST_F(ProgramStart, OneInstanceAtATime) {
 
 TEST_F(ProgramStart, ACrashFreesTheLock) {
   const auto file = folder / "korvel.lock";
-  int ready[2];
-  ASSERT_EQ(::pipe(ready), 0);
-  const pid_t child = ::fork();
-  if (child == 0) {
+  test::InProcess holder([&](const std::function<void()>& ready) {
     const auto lock = InstanceLock::Take(file);
-    const char held = lock ? '1' : '0';
-    if (::write(ready[1], &held, 1) != 1) ::_exit(1);
+    if (!lock) return 1;
+    ready();
     ::pause();
-    ::_exit(0);
-  }
-  char held = 0;
-  ASSERT_EQ(::read(ready[0], &held, 1), 1);
-  ASSERT_EQ(held, '1');
+    return 0;
+  });
+  ASSERT_TRUE(holder.WaitUntilReady());
   EXPECT_FALSE(InstanceLock::Take(file));
-  ::kill(child, SIGKILL);
-  ::waitpid(child, nullptr, 0);
+  holder.Kill();
   EXPECT_TRUE(InstanceLock::Take(file));
   test::WriteFile(folder / "plain", "");
   EXPECT_THROW(InstanceLock::Take(folder / "plain" / "korvel.lock"), toolkit::FileError);

@@ -19,8 +19,11 @@ class InProcess {
     if (::pipe(pipe_) != 0) std::abort();
     child_ = ::fork();
     if (child_ != 0) return;
-    const int result = work([this] { [[maybe_unused]] const auto sent = ::write(pipe_[1], "r", 1); });
-    ::_exit(result);
+    try {
+      ::_exit(work([this] { [[maybe_unused]] const auto sent = ::write(pipe_[1], "r", 1); }));
+    } catch (...) {
+      ::_exit(kThrew);
+    }
   }
   ~InProcess() {
     Kill();
@@ -30,6 +33,7 @@ class InProcess {
   InProcess(const InProcess&) = delete;
   InProcess& operator=(const InProcess&) = delete;
 
+  pid_t Id() const { return child_; }
   /// False when the child ended without being ready.
   bool WaitUntilReady() {
     ::close(pipe_[1]);
@@ -37,7 +41,7 @@ class InProcess {
     char sign = 0;
     return ::read(pipe_[0], &sign, 1) == 1;
   }
-  /// The work's result, -1 when a signal ended it.
+  /// The work's result, kThrew when it threw, -1 when a signal ended it.
   int Wait() {
     int status = 0;
     ::waitpid(child_, &status, 0);
@@ -51,6 +55,8 @@ class InProcess {
   }
 
  private:
+  static constexpr int kThrew = 255;
+
   int pipe_[2] = {-1, -1};
   pid_t child_ = 0;
 };
