@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
 
+#include "support/in_process.h"
 #include "support/memory_sink.h"
 #include "support/temp_folder.h"
 
@@ -82,27 +81,14 @@ TEST_F(Replacing, CopiesFromWhatItWroteEvenWhenReplaced) {
   EXPECT_THROW(first.CopyTo(copy, 0, bytes.size() + 1), FileError);
 }
 
-/// Runs `work` in a child process and gives the status that waitpid does.
-template <typename Work>
-int InChild(Work&& work) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    work();
-    ::_exit(0);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  return status;
-}
-
 TEST_F(Replacing, TheNextRunRemovesWhatAKilledOneLeftAndNothingElse) {
   test::WriteFile(folder / "notes.tmp", "somebody's own");
-  const int status = InChild([&] {
+  test::InProcess killed([&](const std::function<void()>&) {
     ReplacingFile file(target);
     file.Append("half");
-    ::raise(SIGKILL);
+    return ::raise(SIGKILL);
   });
-  ASSERT_TRUE(WIFSIGNALED(status));
+  ASSERT_EQ(killed.Wait(), -1);
   EXPECT_EQ(test::ReadFile(target), "earlier");
   ASSERT_EQ(FilesIn(folder.Path()), 3u) << "the killed process left its temporary file";
 
@@ -117,22 +103,20 @@ TEST_F(Replacing, TheNextRunRemovesWhatAKilledOneLeftAndNothingElse) {
 }
 
 TEST_F(Replacing, ADiskThatRunsFullLeavesTheEarlierFile) {
-  const int status = InChild([&] {
+  test::InProcess full([&](const std::function<void()>&) {
     ::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{100'000, 100'000};
-    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) ::_exit(2);
-    int code = 1;
+    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
     try {
       ReplacingFile file(target);
       file.Append(std::string(200'000, 'x'));
       file.Finish();
     } catch (const FileError& error) {
-      code = error.Number() == EFBIG ? 42 : 3;
+      return error.Number() == EFBIG ? 42 : 3;
     }
-    ::_exit(code);
+    return 1;
   });
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 42);
+  EXPECT_EQ(full.Wait(), 42);
   ExpectTheEarlierOneAlone();
 }
 
