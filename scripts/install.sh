@@ -11,8 +11,8 @@ if [[ ${1:-} == --desktop || ${1:-} == --tests ]]; then
   packages+=(qt6-base-dev qt6-svg-dev libqt6svg6 qt6-translations-l10n fonts-dejavu-core)
 fi
 if [[ ${1:-} == --tests ]]; then
-  packages+=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-dev libsqliteodbc clang-format-14 clang-tidy-14 clang-16 libclang-rt-16-dev
-    xvfb xauth)
+  packages+=(libgtest-dev libgmock-dev libbenchmark-dev libxml2-dev libsqliteodbc clang-format-14 clang-tidy-14
+    clang-16 libclang-rt-16-dev lld-16 xvfb xauth)
 fi
 
 missing=()
