@@ -4,8 +4,6 @@
 
 #include <sstream>
 
-#include "cli/command_words.h"
-
 namespace korvel::test {
 
 namespace {
@@ -21,6 +19,8 @@ const fs::path& DemonstrationServers() {
   return servers;
 }
 
+}  // namespace
+
 std::vector<std::string> Lines(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream in(text);
@@ -28,7 +28,27 @@ std::vector<std::string> Lines(const std::string& text) {
   return lines;
 }
 
-}  // namespace
+std::vector<std::string> CommandWords(std::string_view line) {
+  std::vector<std::string> words;
+  bool inWord = false;
+  char quote = 0;
+  for (const char c : line) {
+    if (quote != 0 && c == quote) {
+      quote = 0;
+    } else if (quote == 0 && (c == '"' || c == '\'')) {
+      quote = c;
+      if (!inWord) words.emplace_back();
+      inWord = true;
+    } else if (quote == 0 && c == ' ') {
+      inWord = false;
+    } else {
+      if (!inWord) words.emplace_back();
+      inWord = true;
+      words.back() += c;
+    }
+  }
+  return words;
+}
 
 CliWorld::CliWorld(Start start) {
   fs::create_directory(Output());
@@ -84,9 +104,7 @@ ProcessResult CliWorld::RunAndKill(std::string_view line, std::chrono::microseco
 }
 
 void CliWorld::Sql(std::string_view database, std::string_view script) {
-  const auto result = Run(
-      std::vector<std::string>{"sql", "--base-dados", std::string(database), "--texto", std::string(script)});
-  EXPECT_EQ(result.exitCode, 0) << script << '\n' << result.err;
+  Rows(database, script);
 }
 
 std::vector<std::string> CliWorld::Rows(std::string_view database, std::string_view query) {

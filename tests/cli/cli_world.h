@@ -13,6 +13,10 @@
 
 namespace korvel::test {
 
+std::vector<std::string> Lines(const std::string& text);
+/// The words of a command line as a shell parts them: blanks part, single and double quotes keep, "\" is plain.
+std::vector<std::string> CommandWords(std::string_view line);
+
 struct CommandResult {
   int exitCode = -1;
   std::string out;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "cli/command_words.h"
 #include "cli/golden_case.h"
 #include "cli/program.h"
 #include "cli/usage_texts.h"

@@ -88,23 +88,20 @@ TEST(Faults, OfFoldersAndFilesAreOneLine) {
   }
 }
 
-TEST(Faults, OfTheServersFolderAreOneLine) {
+TEST(Faults, OfTheEnvironmentAreOneLine) {
   TempFolder folder;
   WriteFile(folder / "ficheiro", "não é uma pasta");
-  const std::map<std::string, std::string> environment{{"KORVEL_DADOS", (folder / "ficheiro").string()},
-                                                       {"XDG_CONFIG_HOME", (folder / "config").string()}};
-  const auto result = RunProcess({KORVELCTL_PATH, "empresa", "listar"}, environment);
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_TRUE(IsOneLine(result.err)) << result.err;
-}
-
-TEST(Faults, OfTheFixedDateAreOneLine) {
-  TempFolder folder;
-  const auto result = RunProcess({KORVELCTL_PATH, "--versao"}, {{"KORVEL_HOJE", "ontem"},
-                                                                {"KORVEL_DADOS", folder.Path().string()},
-                                                                {"XDG_CONFIG_HOME", folder.Path().string()}});
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_TRUE(IsOneLine(result.err)) << result.err;
+  const std::string settings = (folder / "config").string();
+  const ProcessResult results[] = {
+      RunProcess({KORVELCTL_PATH, "empresa", "listar"},
+                 {{"KORVEL_DADOS", (folder / "ficheiro").string()}, {"XDG_CONFIG_HOME", settings}}),
+      RunProcess({KORVELCTL_PATH, "--versao"}, {{"KORVEL_HOJE", "ontem"},
+                                                {"KORVEL_DADOS", folder.Path().string()},
+                                                {"XDG_CONFIG_HOME", settings}})};
+  for (const ProcessResult& result : results) {
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(IsOneLine(result.err)) << result.err;
+  }
 }
 
 constexpr const char* kHostile = "x'); drop table TabHeader; delete from Empresas --";
@@ -156,6 +153,34 @@ TEST(HostileTexts, InTheBooksPassThroughEveryStep) {
       world.Rows("Korvel0001",
                  "select distinct JournalDescription from TabGeneralLedgerEntriesPOC where JournalID='01'"),
       std::vector<std::string>{"Vendas'; delete from TabHeader --"});
+}
+
+/// Ctrl+C during long work: the command says so, ends with 1, and the staged rows are those of before.
+TEST(Interrupted, LongWorkIsRolledBack) {
+  CliWorld world(CliWorld::Start::Demonstration);
+  ASSERT_EQ(world.Run("extrair contas --empresa 0001 --diarios 00" + std::string(kPeriod)).exitCode, 0);
+  ASSERT_EQ(world.Run("extrair movimentos --empresa 0001" + std::string(kPeriod)).exitCode, 0);
+  const std::string count = "select count(NumRegisto) from TabGeneralLedgerEntriesPOC";
+  const std::string before = world.One("Korvel0001", count);
+  world.Sql("LunderDemo", "delete from MovDiario where Diario='03'");
+
+  world.interrupted = [] { return true; };
+  const auto result = world.Run("extrair movimentos --empresa 0001" + std::string(kPeriod));
+  world.interrupted = nullptr;
+
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "Operação cancelada pelo utilizador\n");
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(world.One("Korvel0001", count), before);
+}
+
+TEST(Interrupted, AQueryStopsPrinting) {
+  CliWorld world(CliWorld::Start::Demonstration);
+  world.interrupted = [] { return true; };
+  const auto result = world.Run("sql --base-dados LunderDemo --texto 'select NumRegisto from MovDiario'");
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "Operação cancelada pelo utilizador\n");
+  EXPECT_LT(result.out.size(), 40U);
 }
 
 }  // namespace

@@ -4,10 +4,7 @@
 
 #include <algorithm>
 #include <span>
-#include <sstream>
 #include <stdexcept>
-
-#include "cli/command_words.h"
 
 namespace korvel::test {
 
@@ -21,13 +18,6 @@ std::string WithFolder(std::string text, const std::string& folder) {
   for (auto at = text.find(kFolder); at != text.npos; at = text.find(kFolder))
     text.replace(at, kFolder.size(), folder);
   return text;
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
 }
 
 void TakeLine(GoldenCase& golden, const std::string& line) {
