@@ -7,3 +7,4 @@ scripts/install.sh --tests
 scripts/build.sh release
 build/release/benchmarks/korvel_benchmarks "${1:-1000000}" 0
 build/release/benchmarks/korvel_benchmarks 0 "${2:-200000}"
+QT_QPA_PLATFORM=offscreen build/release/benchmarks/korvel_grid_benchmark "${1:-1000000}"

@@ -1,6 +1,5 @@
 #include "shell/program.h"
 
-#include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -8,6 +7,7 @@
 #include <iostream>
 
 #include "forms/session/login_box.h"
+#include "gateways/guarded_application.h"
 #include "gateways/screen_dialogs.h"
 #include "session/command_line.h"
 #include "session/connections.h"
@@ -87,7 +87,19 @@ void SpeakPortuguese(QApplication& application) {
   }
 }
 
-int ShowWindows(QApplication& application, const std::string& line, ScreenDialogs& dialogs) {
+/// Takes the guard away before the desk goes that it works with.
+class Unguarded {
+ public:
+  explicit Unguarded(GuardedApplication& application) : application_(application) {}
+  ~Unguarded() { application_.guard = nullptr; }
+  Unguarded(const Unguarded&) = delete;
+  Unguarded& operator=(const Unguarded&) = delete;
+
+ private:
+  GuardedApplication& application_;
+};
+
+int ShowWindows(GuardedApplication& application, const std::string& line, ScreenDialogs& dialogs) {
   SpeakPortuguese(application);
   ApplyLooks(application);
   dialogs.SetLoginBox([](std::string_view caption, std::string_view login) {
@@ -96,12 +108,14 @@ int ShowWindows(QApplication& application, const std::string& line, ScreenDialog
   toolkit::SettingsFile settings(toolkit::DefaultSettingsPath());
   const toolkit::SystemClock clock;
   Desk desk(Servers(), {dialogs, settings, clock});
+  application.guard = [&desk](const std::function<void()>& handling) { desk.Shown(handling); };
+  const Unguarded atTheEnd(application);
   Application windows(desk, Setting());
   return windows.Start(line) ? QApplication::exec() : 0;
 }
 
 int RunWindows(int argc, char** argv) {
-  QApplication application(argc, argv);
+  GuardedApplication application(argc, argv);
   QApplication::setApplicationName("korvel");
   QApplication::setDesktopFileName("korvel");
   // One window closes before the next one opens.

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -23,6 +24,7 @@
 #include <vector>
 
 #include "desktop/desktop_world.h"
+#include "gateways/guarded_application.h"
 #include "gateways/message_box.h"
 #include "gateways/row_feed.h"
 #include "gateways/screen_dialogs.h"
@@ -89,6 +91,24 @@ TEST(Desk, EndsTheProgramWhereTheCoreAsksForIt) {
   EXPECT_FALSE(world.desk.Try([](const session::Context&) { throw session::EndProgram(); }));
   EXPECT_TRUE(ended);
   EXPECT_TRUE(world.scripted.messages.empty());
+}
+
+/// Handles no event without a fault.
+class Faulty : public QObject {
+ public:
+  bool event(QEvent*) override { throw std::runtime_error("uma falha"); }
+};
+
+TEST(Desk, GuardsTheProgramAgainstAFaultInTheHandlingOfAnEvent) {
+  DeskWorld world;
+  auto& application = dynamic_cast<GuardedApplication&>(*QApplication::instance());
+  Faulty faulty;
+  QEvent event(QEvent::User);
+  EXPECT_THROW(QApplication::sendEvent(&faulty, &event), std::runtime_error);
+  application.guard = [&](const std::function<void()>& handling) { world.desk.Shown(handling); };
+  QApplication::sendEvent(&faulty, &event);
+  application.guard = nullptr;
+  EXPECT_EQ(world.scripted.Texts(), std::vector<std::string>{"uma falha"});
 }
 
 TEST(Desk, CancelledWorkIsToldAndTheNextOneRuns) {
