@@ -14,6 +14,8 @@
 #include "forms/automation/frm_envio_automatico.h"
 #include "forms/automation/frm_wizard.h"
 #include "gateways/text.h"
+#include "toolkit/list_rows.h"
+#include "widgets/grid_view.h"
 
 namespace korvel::desktop {
 namespace {
@@ -212,6 +214,36 @@ TEST_F(WizardForm, StepsCanBeRepeatedByHand) {
   FillIn("C", "03");
   Press(*form, "cmdC_Contas_Gravar");
   EXPECT_EQ(world.server.dialogs.LastText(), "Não tem os dados da Empresa definidos (Header)!");
+}
+
+TEST_F(WizardForm, RowsOfAStepAreCorrectedByHandAndStoredByItsSave) {
+  RunWhole("C");
+  const struct {
+    int row;
+    std::string_view grid, buttons, window, box, stored;
+  } cases[] = {
+      {1, "lvwC_Clientes", "cmdC_Clientes_", "frmCustomerIns", "txtCompanyName",
+       "TabCustomerPOC where CompanyName"},
+      {2, "lvwC_Fornecedores", "cmdC_Fornece_", "frmCustomerIns", "txtCity", "TabSupplierPOC where City"},
+      {3, "lvwC_Impostos", "cmdC_Impostos_", "frmTaxTableIns", "txtSaft_Description",
+       "TabTaxTablePOC where Description"}};
+  for (const auto& step : cases) {
+    const std::string buttons(step.buttons);
+    Choose(step.row);
+    Find<QAbstractItemView>(*form, step.grid).setCurrentIndex({});
+    Press(*form, buttons + "Alterar");
+    EXPECT_EQ(world.server.dialogs.LastText(), toolkit::kNoSuchItem);
+    dynamic_cast<GridView&>(Find<QAbstractItemView>(*form, step.grid)).SelectRow(0);
+    WhenAsked([&](QWidget& window) {
+      EXPECT_EQ(FromQt(window.objectName()), step.window);
+      Type(window, step.box, "Corrigido à mão");
+      Press(window, "cmdGravar");
+    });
+    Press(*form, buttons + "Alterar");
+    Press(*form, buttons + "Gravar");
+    EXPECT_EQ(Value("Select count(*) from " + std::string(step.stored) + "='Corrigido à mão'"), "1")
+        << buttons;
+  }
 }
 
 TEST_F(WizardForm, AbrirRunsWithoutAWord) {
