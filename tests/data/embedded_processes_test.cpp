@@ -1,5 +1,8 @@
+#include <atomic>
 #include <chrono>
 #include <thread>
+
+#include <fmt/format.h>
 
 #include "data/embedded_fixture.h"
 #include "support/in_process.h"
@@ -87,6 +90,19 @@ TEST_F(EmbeddedProcesses, TheirNumbersAreUsedAgainAndACrashFreesThem) {
   EXPECT_EQ(Spid(*next), own == "51" ? "52" : "51");
   next->Close();
   EXPECT_EQ(ErrorOf(*master, "drop database BASE"), "ok");
+}
+
+TEST_F(EmbeddedProcesses, SeeTablesWholeWhileAnotherMakesThem) {
+  constexpr int kTables = 60;
+  std::atomic<bool> made = false;
+  std::jthread maker([&, other = Open()] {
+    for (int i = 0; i < kTables; ++i)
+      other->Execute(fmt::format("create table T{} (a int, b int not null primary key)", i));
+    made = true;
+  });
+  while (!made) EXPECT_NO_THROW(Rows(*connection, "select count(*) from sysobjects where xtype='U'"));
+  maker.join();
+  EXPECT_EQ(Rows(*connection, "select count(*) from sysobjects where xtype='U'"), std::to_string(kTables));
 }
 
 TEST_F(EmbeddedProcesses, ALockIsATableChangedInAnOpenTransaction) {

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iostream>
+
 #include "databases/default_hosts.h"
 #include "databases/sql_admin.h"
 #include "databases/table_columns.h"
@@ -159,7 +161,9 @@ TEST_F(ConfigUpgrade, EnsureFinishesWhatAnInterruptionLeftAndLeavesACompleteOneA
 
 TEST_F(ConfigUpgrade, TwoAdministratorsAtATimeMakeOne) {
   const auto ensure = [&](const std::function<void()>&) {
-    return EnsureConfigDatabase(context) && Upgrade().ran && server.dialogs.messages.empty() ? 0 : 1;
+    const bool done = EnsureConfigDatabase(context) && Upgrade().ran;
+    for (const auto& text : server.dialogs.Texts()) std::cerr << text << '\n';
+    return done && server.dialogs.messages.empty() ? 0 : 1;
   };
   {
     test::InProcess first(ensure);

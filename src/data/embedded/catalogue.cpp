@@ -127,6 +127,7 @@ std::shared_ptr<const Catalogue> Catalogue::Load(Store& store) {
     throw Damaged(store);
   }
   auto catalogue = std::make_shared<Catalogue>();
+  const Snapshot snapshot(store);
   catalogue->Read(store, {});
   return catalogue;
 }

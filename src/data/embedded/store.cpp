@@ -237,6 +237,18 @@ void AtomicWrite::Keep() {
   open_ = false;
 }
 
+Snapshot::Snapshot(Store& store) : store_(store) {
+  store_.Run("SAVEPOINT korvel_reading");
+}
+
+Snapshot::~Snapshot() {
+  try {
+    store_.Run("RELEASE korvel_reading");
+  } catch (const Error&) {
+    // Nothing was written: a snapshot that a failure has ended already leaves nothing to release.
+  }
+}
+
 std::string QuoteName(std::string_view name) {
   std::string quoted = "\"";
   for (const char c : name) quoted.append(c == '"' ? 2 : 1, c);

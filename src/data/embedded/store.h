@@ -134,6 +134,18 @@ class AtomicWrite {
   bool open_ = true;
 };
 
+/// Reads of several statements that see one state of the file, whatever other connections write meanwhile.
+class Snapshot {
+ public:
+  explicit Snapshot(Store& store);
+  ~Snapshot();
+  Snapshot(const Snapshot&) = delete;
+  Snapshot& operator=(const Snapshot&) = delete;
+
+ private:
+  Store& store_;
+};
+
 /// A name between double quotes, a text between single ones, as the store writes them.
 std::string QuoteName(std::string_view name);
 std::string QuoteText(std::string_view text);
