@@ -166,16 +166,19 @@ TEST_F(WizardForm, AFailedStepEndsTheRunAndTheFormGoesOn) {
 }
 
 TEST_F(WizardForm, ACancelledRunEndsAtItsStepAndTheFormGoesOn) {
+  std::atomic<bool> held = false;
   std::atomic<bool> cancelled = false;
   world.server.onStatement = [&](std::string_view statement) {
-    const bool holds = statement.starts_with("Delete from TabSupplierPOC") &&
-                       Value("Select count(*) from TabCustomerPOC") != "0";
-    while (holds && !cancelled) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    held = statement.starts_with("Delete from TabSupplierPOC") &&
+           Value("Select count(*) from TabCustomerPOC") != "0";
+    while (held && !cancelled) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   };
-  WhenWorking([&](QWidget& box) {
+  const std::function<void(QWidget&)> cancel = [&](QWidget& box) {
+    if (!held) return WhenWorking(cancel);
     Press(box, "cmdCancelar");
     cancelled = true;
-  });
+  };
+  WhenWorking(cancel);
   FillIn("C");
   world.server.dialogs.answers = {0, 0};
   Press(*form, "cmdGravar");
