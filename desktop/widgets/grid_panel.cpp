@@ -27,20 +27,8 @@ toolkit::ColumnKind KindOf(const periods::Column& column) {
   using periods::CellKind;
   if (column.kind == CellKind::Date) return toolkit::ColumnKind::Date;
   const bool amount = column.kind == CellKind::Money || column.kind == CellKind::Rate;
-  return amount || column.alignment == periods::Alignment::Right ? toolkit::ColumnKind::Amount
+  return amount || column.alignment == toolkit::Alignment::Right ? toolkit::ColumnKind::Amount
                                                                  : toolkit::ColumnKind::Text;
-}
-
-toolkit::Alignment AlignmentOf(periods::Alignment alignment) {
-  switch (alignment) {
-    case periods::Alignment::Right:
-      return toolkit::Alignment::Right;
-    case periods::Alignment::Centre:
-      return toolkit::Alignment::Centre;
-    case periods::Alignment::Left:
-      break;
-  }
-  return toolkit::Alignment::Left;
 }
 
 }  // namespace
@@ -133,8 +121,7 @@ std::vector<toolkit::GridColumn> GridColumnsOf(std::span<const periods::Column> 
   std::vector<toolkit::GridColumn> made;
   for (const periods::Column& column : columns) {
     const bool summed = std::ranges::find(kSummed, column.staged) != kSummed.end();
-    made.push_back(
-        {std::string(column.heading), column.width, AlignmentOf(column.alignment), KindOf(column), summed});
+    made.push_back({std::string(column.heading), column.width, column.alignment, KindOf(column), summed});
   }
   return made;
 }

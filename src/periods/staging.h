@@ -10,10 +10,11 @@
 #include "data/connection.h"
 #include "periods/period.h"
 #include "session/context.h"
+#include "toolkit/grid_layout.h"
 
 namespace korvel::periods {
 
-enum class Alignment { Left, Right, Centre };
+using toolkit::Alignment;
 
 /// How a cell's text meets its staged column.
 enum class CellKind {

@@ -63,6 +63,8 @@ void Read(PacketType type, std::string_view payload, Version version) {
 
 class TdsFuzz : public testing::Test {
  protected:
+  static constexpr int kSharers = 2;  // tests of the one reader
+
   TempFolder folder;
   tds::TdsServer server{folder.Path(), "RUIDO"};
   std::vector<Message> heard = RealConversation(server);
@@ -81,7 +83,7 @@ TEST_F(TdsFuzz, TheRealConversationIsRead) {
 }
 
 TEST_F(TdsFuzz, SpoiltMessagesAreReadOrRefused) {
-  Fuzz fuzz(20080403);
+  Fuzz fuzz(20080403, kSharers);
   int refused = 0;
   while (fuzz.Goes()) {
     const Message& message = fuzz.OneOf(heard);
@@ -112,7 +114,7 @@ std::unique_ptr<tds::RawClient> Entered(const tds::TdsServer& server, const std:
 }
 
 TEST_F(TdsFuzz, TheServerOutlivesEveryClient) {
-  Fuzz fuzz(20080404);
+  Fuzz fuzz(20080404, kSharers);
   std::unique_ptr<tds::RawClient> client;
   while (fuzz.Goes()) {
     const Message& message = fuzz.OneOf(heard);

@@ -10,13 +10,15 @@
 namespace korvel::test {
 
 /// Makes input that nobody would write, the same one in every run. `seed` names the run: a fault found in it is found
-/// again. How long it goes on is the environment's: KORVEL_FUZZ_SECONDS, 2 when it is not set.
+/// again. How long it goes on is the environment's: KORVEL_FUZZ_SECONDS, 2 when it is not set, for all tests together
+/// that try the same thing.
 class Fuzz {
  public:
-  explicit Fuzz(std::uint32_t seed) : random_(seed) {}
+  explicit Fuzz(std::uint32_t seed, int sharers = 1)
+      : random_(seed), end_(Clock::now() + Budget() / sharers) {}
 
   /// Counts a round; false once the time is over. The first round always takes place.
-  bool Goes() { return rounds_++ == 0 || std::chrono::steady_clock::now() < end_; }
+  bool Goes() { return rounds_++ == 0 || Clock::now() < end_; }
   /// Rounds so far, for a failed one's trace.
   int Rounds() const { return rounds_; }
 
@@ -41,7 +43,9 @@ class Fuzz {
   }
 
  private:
-  static std::chrono::seconds Budget() {
+  using Clock = std::chrono::steady_clock;
+
+  static std::chrono::milliseconds Budget() {
     const char* seconds = std::getenv("KORVEL_FUZZ_SECONDS");
     constexpr int kDefault = 2;
     return std::chrono::seconds(seconds != nullptr ? std::atoi(seconds) : kDefault);
@@ -82,7 +86,7 @@ class Fuzz {
   }
 
   std::mt19937 random_;
-  std::chrono::steady_clock::time_point end_ = std::chrono::steady_clock::now() + Budget();
+  Clock::time_point end_;
   int rounds_ = 0;
 };
 

@@ -201,7 +201,7 @@ TYPED_TEST(BlockCiphers, FilesAreReplacedWholeOrNotAtAll) {
 }
 
 TYPED_TEST(BlockCiphers, SurviveHostileContainers) {
-  test::Fuzz fuzz(20100417);
+  test::Fuzz fuzz(20100417, 2);  // both ciphers
   while (fuzz.Goes()) {
     const std::string good = this->Enciphered(fuzz.Bytes(fuzz.Below(100)));
     const std::string hostile = fuzz.Chance(4) ? fuzz.Bytes(fuzz.Below(200)) : fuzz.Mutated(good, good);
