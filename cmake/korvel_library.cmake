@@ -8,7 +8,6 @@ target_compile_options(korvel_warnings INTERFACE
   "$<$<CXX_COMPILER_ID:GNU>:-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread;-Wno-array-bounds>")
 
 # The standard library's and fmt's headers, compiled once for all targets: it halves the time of a build.
-# scripts/check_tidy.sh compiles without them, so that a missing include is found.
 add_library(korvel_precompiled OBJECT ${CMAKE_CURRENT_LIST_DIR}/precompiled.cpp)
 target_link_libraries(korvel_precompiled PRIVATE fmt::fmt korvel_warnings)
 target_precompile_headers(korvel_precompiled PRIVATE

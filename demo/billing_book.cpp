@@ -10,9 +10,9 @@ namespace korvel::demo {
 
 namespace {
 
-constexpr std::string_view kMovItemColumns[] = {"Tipo",     "Numero",    "Ano",    "Data",
-                                                "Item",     "ItemDesc",  "Linha1", "Linha3",
-                                                "ValorInc", "ValorDesc", "IvaTab", "IvaTaxa"};
+constexpr std::string_view kFilledOfMovItem[] = {"Tipo",     "Numero",    "Ano",    "Data",
+                                                 "Item",     "ItemDesc",  "Linha1", "Linha3",
+                                                 "ValorInc", "ValorDesc", "IvaTab", "IvaTaxa"};
 
 constexpr std::int64_t kDaysOfCredit = 30;
 
@@ -44,7 +44,7 @@ BillingBook::BillingBook(data::Connection& brevant)
       movProduto_(brevant, brevant::kMovProduto),
       logMovTerceiro_(brevant, brevant::kLogMovTerceiro),
       logMovProduto_(brevant, brevant::kLogMovProduto),
-      movItem_(brevant, brevant::kMovItem, kMovItemColumns),
+      movItem_(brevant, brevant::kMovItem, kFilledOfMovItem),
       charges_(brevant, brevant::kImpostosMovProduto),
       orders_(brevant, brevant::kCliMovEnc),
       links_(brevant, brevant::kAtribui) {}

@@ -212,7 +212,7 @@ constexpr ColumnDefinition kArmazensColumns[] = {
     {"Descricao", "varchar(50)"},
 };
 
-constexpr ColumnDefinition kConfiguraColumns[] = {
+constexpr ColumnDefinition kBillingConfiguraColumns[] = {
     {"AnoSNC", "varchar(4)"},
 };
 
@@ -246,7 +246,7 @@ constexpr databases::TableDefinition kTabSubFamPro = SourceTable("TabSubFamPro",
 constexpr databases::TableDefinition kTabSituacao = SourceTable("TabSituacao", kTabSituacaoColumns);
 constexpr databases::TableDefinition kTabItem = SourceTable("TabItem", kTabItemColumns);
 constexpr databases::TableDefinition kArmazens = SourceTable("Armazens", kArmazensColumns);
-constexpr databases::TableDefinition kConfigura = SourceTable("Configura", kConfiguraColumns);
+constexpr databases::TableDefinition kConfigura = SourceTable("Configura", kBillingConfiguraColumns);
 }  // namespace brevant
 
 void CreateBrevantTables(data::Connection& connection) {

@@ -40,7 +40,7 @@ constexpr ColumnDefinition kDiariosColumns[] = {
     {"Descricao", "varchar(50)"},
 };
 
-constexpr ColumnDefinition kConfiguraColumns[] = {
+constexpr ColumnDefinition kLedgerConfiguraColumns[] = {
     {"DiSi", "varchar(10)"}, {"DiTi", "varchar(10)"}, {"DiTc", "varchar(10)"}, {"DiTm", "varchar(10)"},
     {"DiAp", "varchar(10)"}, {"DiIl", "varchar(10)"}, {"DiEn", "varchar(10)"},
 };
@@ -63,7 +63,7 @@ namespace lunder {
 constexpr databases::TableDefinition kContas = SourceTable("Contas", kContasColumns);
 constexpr databases::TableDefinition kMovDiario = SourceTable("MovDiario", kMovDiarioColumns);
 constexpr databases::TableDefinition kDiarios = SourceTable("Diarios", kDiariosColumns);
-constexpr databases::TableDefinition kConfigura = SourceTable("Configura", kConfiguraColumns);
+constexpr databases::TableDefinition kConfigura = SourceTable("Configura", kLedgerConfiguraColumns);
 constexpr databases::TableDefinition kTaxasIva = SourceTable("TaxasIva", kTaxasIvaColumns);
 }  // namespace lunder
 

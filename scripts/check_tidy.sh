@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
-# Runs the checks of .clang-tidy over the program's own sources; any finding fails. Needs the release build folder
-# configured, not built. Sources are read without the shared precompiled headers, so each must include what it uses.
+# Runs the checks of .clang-tidy over the program's own sources; any finding fails. Eight files are read as one, since
+# what they include takes most of the time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-mkdir -p build/tidy
-sed -E 's/-Winvalid-pch -include [^ ]+ //' build/release/compile_commands.json >build/tidy/compile_commands.json
-git ls-files 'src/*.cpp' 'cli/*.cpp' 'desktop/*.cpp' |
-  xargs -P "$(nproc)" -n 4 clang-tidy-14 -p build/tidy --quiet --extra-arg=-Wno-unknown-warning-option --warnings-as-errors='*' 2> >(grep -v 'warnings generated' >&2)
+cmake --preset tidy >/dev/null
+sed -n 's/^  "file": "\(.*\)",\?$/\1/p' build/tidy/compile_commands.json | grep -v '/qrc_' |
+  xargs -P "$(nproc)" -n 1 clang-tidy-14 -p build/tidy --quiet --extra-arg=-Wno-unknown-warning-option --warnings-as-errors='*' 2> >(grep -v 'warnings generated' >&2)

@@ -28,9 +28,11 @@ using periods::Column;
 using periods::Grid;
 using periods::GridRow;
 
+namespace account {
 enum : std::size_t { kNumRegisto, kCodigo, kDescricao, kDevedor, kCredor, kTipo, kColumnCount };
+}
 
-constexpr std::array<Column, kColumnCount> kColumns{{
+constexpr std::array<Column, account::kColumnCount> kAccountColumns{{
     {"Nº Registo", 330, Alignment::Left, "NumRegisto"},
     {"Código da Conta", 2000, Alignment::Left, "AccountID", CellKind::Text, 30, "Código da Conta"},
     // A title may have 60 characters in the file; the staged column holds 50 of them.
@@ -68,11 +70,11 @@ Grid ReadAccounts(data::Connection& lunder, const std::string& condition) {
                                         " order by ContaSP,NumRegisto");
   for (; !contas.Eof(); contas.MoveNext()) {
     GridRow row;
-    row.cells.resize(kColumnCount);
-    row.cells[kNumRegisto] = contas.Text(0);
-    row.cells[kCodigo] = toolkit::Trim(contas.Text(1));
-    row.cells[kDescricao] = toolkit::Trim(contas.Text(2));
-    row.cells[kTipo] = contas.Text(3);
+    row.cells.resize(account::kColumnCount);
+    row.cells[account::kNumRegisto] = contas.Text(0);
+    row.cells[account::kCodigo] = toolkit::Trim(contas.Text(1));
+    row.cells[account::kDescricao] = toolkit::Trim(contas.Text(2));
+    row.cells[account::kTipo] = contas.Text(3);
     grid.push_back(std::move(row));
   }
   return grid;
@@ -93,10 +95,11 @@ void FillBalances(const session::Context& context, const AccountBalances& balanc
   toolkit::ProgressScope progress(context.progress, "Carregando Contas...", std::ssize(grid));
   for (GridRow& row : grid) {
     auto& cells = row.cells;
-    progress.Step([&] { return fmt::format("Conta : {} - {}", cells[kCodigo], cells[kDescricao]); });
-    const DebitCredit shown = Shown(balances.Of(cells[kCodigo]), cells[kTipo]);
-    cells[kDevedor] = text(shown.debito);
-    cells[kCredor] = text(shown.credito);
+    progress.Step(
+        [&] { return fmt::format("Conta : {} - {}", cells[account::kCodigo], cells[account::kDescricao]); });
+    const DebitCredit shown = Shown(balances.Of(cells[account::kCodigo]), cells[account::kTipo]);
+    cells[account::kDevedor] = text(shown.debito);
+    cells[account::kCredor] = text(shown.credito);
   }
 }
 
@@ -115,7 +118,7 @@ std::optional<Grid> ReadChart(const session::Context& context, const periods::Pe
 }  // namespace
 
 const periods::StagedTable& ContasTable() {
-  static constexpr periods::StagedTable kTable{"TabGeneralLedger", kColumns};
+  static constexpr periods::StagedTable kTable{"TabGeneralLedger", kAccountColumns};
   return kTable;
 }
 

@@ -22,6 +22,7 @@ using data::Currency;
 using toolkit::ProgressScope;
 
 /// The columns of the main statement.
+namespace movement {
 enum : std::size_t {
   kContribuinte,
   kCliFor,
@@ -40,6 +41,7 @@ enum : std::size_t {
   kValor,
   kTipoMovSaft
 };
+}  // namespace movement
 
 constexpr std::string_view kMainStatement =
     "select isnull(MovDiario.Contribuinte,'') as Contribuinte,isnull(Contas.Clifor,'') as CliFor,"
@@ -53,23 +55,23 @@ constexpr std::string_view kMainStatement =
 
 JournalLine LineOf(const data::Recordset& row) {
   JournalLine line;
-  line.numRegisto = row.Integer(kNumRegisto);
-  line.contaSp = row.Text(kContaSp);
-  line.afecta = row.Text(kAfecta);
-  line.diario = row.Text(kDiario);
-  line.data = row.Text(kData);
-  line.numero = row.Text(kNumero);
-  line.descricao = row.Text(kDescricao);
-  line.utilizador = row.Text(kUtilizador);
-  line.contribuinte = row.Text(kContribuinte);
-  line.cliFor = row.Text(kCliFor);
-  line.rcrf = row.Text(kRcrf);
-  line.tipoMovSaft = row.Text(kTipoMovSaft);
-  line.integracao = row.Integer(kIntegracao);
-  line.valor = row.Money(kValor);
-  line.valRecap = row.Money(kValRecap);
-  line.hasDataSys = !row.IsNull(kDataSys);
-  if (line.hasDataSys) line.dataSys = row.Date(kDataSys);
+  line.numRegisto = row.Integer(movement::kNumRegisto);
+  line.contaSp = row.Text(movement::kContaSp);
+  line.afecta = row.Text(movement::kAfecta);
+  line.diario = row.Text(movement::kDiario);
+  line.data = row.Text(movement::kData);
+  line.numero = row.Text(movement::kNumero);
+  line.descricao = row.Text(movement::kDescricao);
+  line.utilizador = row.Text(movement::kUtilizador);
+  line.contribuinte = row.Text(movement::kContribuinte);
+  line.cliFor = row.Text(movement::kCliFor);
+  line.rcrf = row.Text(movement::kRcrf);
+  line.tipoMovSaft = row.Text(movement::kTipoMovSaft);
+  line.integracao = row.Integer(movement::kIntegracao);
+  line.valor = row.Money(movement::kValor);
+  line.valRecap = row.Money(movement::kValRecap);
+  line.hasDataSys = !row.IsNull(movement::kDataSys);
+  if (line.hasDataSys) line.dataSys = row.Date(movement::kDataSys);
   return line;
 }
 
@@ -164,10 +166,10 @@ class Staging {
     data::Recordset rows = lunder_->Query(fmt::format(kMainStatement, clause_));
     for (; !rows.Eof(); rows.MoveNext()) {
       progress.Step([&] {
-        return fmt::format("Diário / Data / Número : {} / {} / {}", rows.Text(kDiario), rows.Text(kData),
-                           rows.Text(kNumero));
+        return fmt::format("Diário / Data / Número : {} / {} / {}", rows.Text(movement::kDiario),
+                           rows.Text(movement::kData), rows.Text(movement::kNumero));
       });
-      if (!accounts_.Find(rows.Text(kContaSp)) || rows.Money(kValor).IsZero()) continue;
+      if (!accounts_.Find(rows.Text(movement::kContaSp)) || rows.Money(movement::kValor).IsZero()) continue;
       const LedgerLine& line = mapper.Map(LineOf(rows));
       if (const RequiredValue* empty = FirstEmpty(line)) return Describe(*empty, line);
       writer.Add(line);

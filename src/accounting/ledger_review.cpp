@@ -21,7 +21,7 @@ using periods::Alignment;
 using periods::Column;
 
 /// No label of an empty value here: saving from the grid tests nothing, which is deliberate.
-constexpr std::array<Column, ledger::kColumnCount> kColumns{{
+constexpr std::array<Column, ledger::kColumnCount> kMovimentosColumns{{
     {"Nº Registo", 0, Alignment::Left, "NumRegisto"},
     {"Total de Registos", 1200, Alignment::Right, "NumberOfEntries"},
     {"Total a Débito", 1500, Alignment::Right, "TotalDebit"},
@@ -60,7 +60,7 @@ class StagedReview final : public LedgerReview {
         count_(count),
         marks_(context.session.Marks()),
         progress_(context.progress, "Carregando Dados...", count) {
-    for (const Column& column : kColumns) places_.push_back(rows_.IndexOf(column.staged));
+    for (const Column& column : kMovimentosColumns) places_.push_back(rows_.IndexOf(column.staged));
   }
 
   std::string Caption() const override {
@@ -114,7 +114,7 @@ std::unique_ptr<LedgerReview> OpenReview(const session::Context& context, const 
 }  // namespace
 
 const periods::StagedTable& MovimentosTable() {
-  static constexpr periods::StagedTable kTable{"TabGeneralLedgerEntriesPOC", kColumns,
+  static constexpr periods::StagedTable kTable{"TabGeneralLedgerEntriesPOC", kMovimentosColumns,
                                                " order by JournalID,TransactionID,TransactionDate,RecordID"};
   return kTable;
 }

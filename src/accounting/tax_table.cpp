@@ -24,7 +24,7 @@ using periods::Column;
 using periods::Grid;
 using periods::GridRow;
 
-constexpr std::array<Column, 9> kColumns{{
+constexpr std::array<Column, 9> kTaxColumns{{
     {"Nº Registo", 330, Alignment::Left, "NumRegisto"},
     {"Tipo Imposto", 1200, Alignment::Centre, "TaxType", CellKind::Text, 3, "Tipo de Imposto"},
     {"País ou Região do Imposto", 1500, Alignment::Centre, "TaxCountryRegion", CellKind::Text, 5,
@@ -80,7 +80,8 @@ std::optional<Grid> ReadTaxes(const session::Context& context) {
 }  // namespace
 
 const periods::StagedTable& ImpostosTable() {
-  static constexpr periods::StagedTable kTable{"TabTaxTablePOC", kColumns, " order by TaxType,TaxPercentage"};
+  static constexpr periods::StagedTable kTable{"TabTaxTablePOC", kTaxColumns,
+                                               " order by TaxType,TaxPercentage"};
   return kTable;
 }
 

@@ -19,7 +19,6 @@
 namespace korvel::accounting {
 namespace {
 
-using namespace third_party;  // the columns
 using periods::Alignment;
 using periods::CellKind;
 using periods::Column;
@@ -28,8 +27,8 @@ using periods::GridRow;
 
 constexpr std::string_view kUnknown = "Desconhecido";
 constexpr std::string_view kNoAddress = "----------";
-constexpr std::size_t kColumnCount = kItemKey + 1;
-using Columns = std::array<Column, kColumnCount>;
+constexpr std::size_t kThirdPartyColumns = third_party::kItemKey + 1;
+using Columns = std::array<Column, kThirdPartyColumns>;
 
 /// A plain text column of both grids.
 constexpr Column Text(std::string_view heading, std::string_view staged, int cut,
@@ -79,8 +78,8 @@ constexpr Columns kCustomerColumns{{
 /// Suppliers have no column for their code: it is always the tax number under which the row was made.
 constexpr Columns SupplierColumns() {
   Columns columns = kCustomerColumns;
-  columns[kTaxId].staged = "SupplierTaxID";
-  columns[kCode] = Hidden("", "SupplierID");
+  columns[third_party::kTaxId].staged = "SupplierTaxID";
+  columns[third_party::kCode] = Hidden("", "SupplierID");
   return columns;
 }
 constexpr Columns kSupplierColumns = SupplierColumns();
@@ -96,8 +95,8 @@ std::string OrUnknown(std::string_view text) {
 GridRow& RowOf(periods::KeyedGrid& rows, const std::string& taxId) {
   const auto [row, added] = rows.FindOrAdd(taxId);
   if (added) {
-    row.cells.resize(kColumnCount);
-    row.cells[kItemKey] = taxId;
+    row.cells.resize(kThirdPartyColumns);
+    row.cells[third_party::kItemKey] = taxId;
   }
   return row;
 }
@@ -105,11 +104,12 @@ GridRow& RowOf(periods::KeyedGrid& rows, const std::string& taxId) {
 /// What rows of both sources have in common.
 void FillFixedCells(GridRow& row, const std::string& taxId, std::string country) {
   auto& cells = row.cells;
-  cells[kTaxId] = cells[kCode] = taxId;
-  cells[kBilingAddress] = cells[kShipToAddress] = kNoAddress;
-  cells[kShipAddressDetail] = cells[kShipCity] = cells[kShipPostalCode] = kUnknown;
-  cells[kShipCountry] = country;
-  cells[kCountry] = std::move(country);
+  cells[third_party::kTaxId] = cells[third_party::kCode] = taxId;
+  cells[third_party::kBilingAddress] = cells[third_party::kShipToAddress] = kNoAddress;
+  cells[third_party::kShipAddressDetail] = cells[third_party::kShipCity] =
+      cells[third_party::kShipPostalCode] = kUnknown;
+  cells[third_party::kShipCountry] = country;
+  cells[third_party::kCountry] = std::move(country);
 }
 
 std::string HomeCountry(const ThirdPartyKind& kind, std::string_view pais) {
@@ -120,27 +120,28 @@ void FillFromAccount(GridRow& row, const data::Recordset& conta, const std::stri
                      const ThirdPartyKind& kind) {
   auto& cells = row.cells;
   FillFixedCells(row, taxId, HomeCountry(kind, conta.Text("Pais")));
-  cells[kNumRegisto] = conta.Text("NumRegisto");
-  cells[kAccountId] = toolkit::CutTo(toolkit::Trim(conta.Text("ContaSP")), 30);
-  cells[kCompanyName] = toolkit::CutTo(toolkit::Trim(conta.Text("Titulo")), 60);
-  cells[kBuildingNumber] = conta.Text("Policia");
-  cells[kStreetName] = conta.Text("Rua");
-  cells[kAddressDetail] = OrUnknown(conta.Text("Morada0"));
-  cells[kCity] = OrUnknown(conta.Text("Morada1"));
-  cells[kPostalCode] = OrUnknown(conta.Text("Morada2"));
-  cells[kRegion] = conta.Text("Distrito");
-  cells[kTelephone] = conta.Text("Telefone");
-  cells[kEmail] = conta.Text("Mail");
-  cells[kSelfBilling] = conta.Text("AutoFacturacao");
+  cells[third_party::kNumRegisto] = conta.Text("NumRegisto");
+  cells[third_party::kAccountId] = toolkit::CutTo(toolkit::Trim(conta.Text("ContaSP")), 30);
+  cells[third_party::kCompanyName] = toolkit::CutTo(toolkit::Trim(conta.Text("Titulo")), 60);
+  cells[third_party::kBuildingNumber] = conta.Text("Policia");
+  cells[third_party::kStreetName] = conta.Text("Rua");
+  cells[third_party::kAddressDetail] = OrUnknown(conta.Text("Morada0"));
+  cells[third_party::kCity] = OrUnknown(conta.Text("Morada1"));
+  cells[third_party::kPostalCode] = OrUnknown(conta.Text("Morada2"));
+  cells[third_party::kRegion] = conta.Text("Distrito");
+  cells[third_party::kTelephone] = conta.Text("Telefone");
+  cells[third_party::kEmail] = conta.Text("Mail");
+  cells[third_party::kSelfBilling] = conta.Text("AutoFacturacao");
 }
 
 void FillFromMovement(GridRow& row, const std::string& taxId, std::string_view prefix) {
   FillFixedCells(row, taxId, OrUnknown(prefix));
   for (const std::size_t column :
-       {kAccountId, kCompanyName, kStreetName, kAddressDetail, kCity, kPostalCode, kRegion}) {
+       {third_party::kAccountId, third_party::kCompanyName, third_party::kStreetName,
+        third_party::kAddressDetail, third_party::kCity, third_party::kPostalCode, third_party::kRegion}) {
     row.cells[column] = kUnknown;
   }
-  row.cells[kSelfBilling] = "0";
+  row.cells[third_party::kSelfBilling] = "0";
 }
 
 void RefuseWithoutTaxId(const session::Context& context, std::string_view account) {
@@ -225,7 +226,8 @@ std::optional<Grid> CalcularTerceiros(const session::Context& context, const per
 bool GravarTerceiros(const session::Context& context, const periods::PeriodKey& period,
                      const ThirdPartyKind& kind, Grid rows) {
   for (GridRow& row : rows) {
-    if (toolkit::IsBlank(row.cells[kCode])) row.cells[kCode] = row.cells[kItemKey];
+    if (toolkit::IsBlank(row.cells[third_party::kCode]))
+      row.cells[third_party::kCode] = row.cells[third_party::kItemKey];
   }
   return periods::SaveToCompany(context, *kind.table, period, rows, periods::kSaving);
 }
@@ -234,7 +236,7 @@ std::optional<Grid> CarregarTerceiros(const session::Context& context, const per
                                       const ThirdPartyKind& kind) {
   std::optional<Grid> grid = periods::LoadFromCompany(context, *kind.table, period);
   if (!grid) return grid;
-  for (GridRow& row : *grid) row.cells[kItemKey] = row.cells[kCode];
+  for (GridRow& row : *grid) row.cells[third_party::kItemKey] = row.cells[third_party::kCode];
   return grid;
 }
 

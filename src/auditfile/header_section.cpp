@@ -16,7 +16,7 @@ constexpr std::array kCompany{
     Plain("StartDate"),     Plain("EndDate"),         Plain("CurrencyCode"),
 };
 
-constexpr std::array kProduct{
+constexpr std::array kProducer{
     Plain("TaxEntity"),
     Plain("ProductCompanyTaxID"),
     Plain("SoftwareCertificateNumber"),
@@ -51,7 +51,7 @@ bool WriteHeader(XmlWriter& xml, const SectionContext& context) {
   xml.Leaf("TaxAccountingBasis", FileBasis(context, row.Text("TaxAccountingBasis")));
   WriteList(xml, kCompany, row, context.format);
   xml.Leaf("DateCreated", context.today);
-  WriteList(xml, kProduct, row, context.format);
+  WriteList(xml, kProducer, row, context.format);
   return true;
 }
 

@@ -52,7 +52,7 @@ constexpr auto ThirdParty(std::string_view id, std::string_view taxId, std::stri
 constexpr auto kCustomer = ThirdParty("CustomerID", "CustomerTaxID", "ShipToAddress");
 constexpr auto kSupplier = ThirdParty("SupplierID", "SupplierTaxID", "ShipFromAddress");
 
-constexpr std::array kProduct{
+constexpr std::array kProductElements{
     Plain("ProductType"),        Plain("ProductCode"),       Plain("ProductGroup"),
     Plain("ProductDescription"), Plain("ProductNumberCode"),
 };
@@ -77,7 +77,7 @@ struct RowShape {
 constexpr RowShape kAccounts{"GeneralLedger", kGeneralLedger, "AccountID,NumRegisto"};
 constexpr RowShape kCustomers{"Customer", kCustomer, "CustomerID,NumRegisto"};
 constexpr RowShape kSuppliers{"Supplier", kSupplier, "SupplierID,NumRegisto"};
-constexpr RowShape kProducts{"Product", kProduct, "ProductType,ProductCode,NumRegisto"};
+constexpr RowShape kProducts{"Product", kProductElements, "ProductType,ProductCode,NumRegisto"};
 /// Staging holds a tax as often as its source does; the file shows each once.
 constexpr RowShape kTaxes{
     "TaxTableEntry", kTaxTableEntry,

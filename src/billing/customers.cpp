@@ -36,7 +36,7 @@ constexpr Column Text(std::string_view heading, std::string_view staged, std::st
   return {heading, 1000, Alignment::Left, staged, CellKind::Text, kTextWidth, emptyLabel};
 }
 
-constexpr std::array<Column, customer::kColumnCount> kColumns{{
+constexpr std::array<Column, customer::kColumnCount> kCustomerColumns{{
     {"Nº Registo", 0, Alignment::Left, "NumRegisto"},
     {"Código do Cliente", 0, Alignment::Left, "CustomerID", CellKind::Text, 0, "Código"},
     {"Código da Conta", 1500, Alignment::Left, "AccountID", CellKind::Text, kAccountWidth},
@@ -116,7 +116,7 @@ std::optional<Grid> ReadCustomers(const session::Context& context, const Billing
 
 const periods::StagedTable& ClientesTable() {
   static constexpr periods::StagedTable kTable{.table = "TabCustomerGEST",
-                                               .columns = kColumns,
+                                               .columns = kCustomerColumns,
                                                .byCustomer = true,
                                                .atEmptyField = periods::AtEmptyField::WriteRowsBefore};
   return kTable;

@@ -21,7 +21,7 @@ using periods::Alignment;
 using periods::Column;
 
 /// The list shows the document's state and signature behind all else, and does not know what came to the table later.
-constexpr std::array kColumns{
+constexpr std::array kReviewColumns{
     Column{"Nº Registo", 0, Alignment::Left, "NumRegisto"},
     Column{"Documentos de Venda", 1500, Alignment::Left, "SalesInvoices"},
     Column{"N.º Total de Documentos", 1500, Alignment::Right, "NumberOfEntries"},
@@ -100,7 +100,7 @@ constexpr std::array kColumns{
 
 /// What a save from the list writes of its columns: all but the key in front and the three behind.
 constexpr std::size_t kFirstSaved = 1;
-constexpr std::size_t kState = kColumns.size() - 3;
+constexpr std::size_t kState = kReviewColumns.size() - 3;
 constexpr std::size_t kSaved = kState - kFirstSaved;
 
 /// Columns of a save in front of the list's own and behind.
@@ -109,7 +109,7 @@ constexpr std::array<std::string_view, 3> kStampColumns{"DocAnulado", "Utilizado
 
 std::vector<std::string_view> SavedColumns() {
   std::vector<std::string_view> names(kKeyColumns.begin(), kKeyColumns.end());
-  for (std::size_t i = kFirstSaved; i < kState; ++i) names.push_back(kColumns[i].staged);
+  for (std::size_t i = kFirstSaved; i < kState; ++i) names.push_back(kReviewColumns[i].staged);
   names.insert(names.end(), kStampColumns.begin(), kStampColumns.end());
   return names;
 }
@@ -119,12 +119,12 @@ void HandOver(const session::Context& context, data::Connection& company, const 
   toolkit::ProgressScope progress(context.progress, "Carregando Dados...", count);
   data::Recordset rows = company.Query(
       fmt::format("Select * from {} With (NoLock){} order by NumRegisto", kDocumentsTable, where));
-  std::array<std::size_t, kColumns.size()> places{};
-  for (std::size_t i = 0; i < kColumns.size(); ++i) places[i] = rows.IndexOf(kColumns[i].staged);
-  periods::GridRow row{true, std::vector<std::string>(kColumns.size())};
+  std::array<std::size_t, kReviewColumns.size()> places{};
+  for (std::size_t i = 0; i < kReviewColumns.size(); ++i) places[i] = rows.IndexOf(kReviewColumns[i].staged);
+  periods::GridRow row{true, std::vector<std::string>(kReviewColumns.size())};
   for (; !rows.Eof(); rows.MoveNext()) {
     progress.Step();
-    for (std::size_t i = 0; i < kColumns.size(); ++i) row.cells[i] = rows.Text(places[i]);
+    for (std::size_t i = 0; i < kReviewColumns.size(); ++i) row.cells[i] = rows.Text(places[i]);
     sink(row);
   }
 }
@@ -176,7 +176,7 @@ bool Save(const session::Context& context, const BillingPeriod& period, const pe
 }  // namespace
 
 const periods::StagedTable& DocumentosTable() {
-  static constexpr periods::StagedTable kTable{kDocumentsTable, kColumns, " order by NumRegisto"};
+  static constexpr periods::StagedTable kTable{kDocumentsTable, kReviewColumns, " order by NumRegisto"};
   return kTable;
 }
 

@@ -10,7 +10,7 @@
 namespace korvel::billing {
 namespace {
 
-constexpr std::array<MappedColumn, kMappedColumns> kColumns{{
+constexpr std::array<MappedColumn, kMappedColumns> kRowColumns{{
     {"SalesInvoices"},
     {"NumberOfEntries", "Nº Total de Documentos", Required::Always},
     {"TotalDebit"},
@@ -90,8 +90,8 @@ constexpr std::array<MappedColumn, kMappedColumns> kColumns{{
     {"SettlementDate"},
     {"PaymentMechanism"},
 }};
-static_assert(kColumns.back().name == "PaymentMechanism" &&
-              kColumns[static_cast<std::size_t>(Col::TaxExemptionReason)].name == "TaxExemptionReason");
+static_assert(kRowColumns.back().name == "PaymentMechanism" &&
+              kRowColumns[static_cast<std::size_t>(Col::TaxExemptionReason)].name == "TaxExemptionReason");
 
 constexpr std::size_t kReferencesLength = 60;
 
@@ -132,15 +132,15 @@ bool IsRequired(Required required, const StagedRow& row, std::optional<periods::
 }  // namespace
 
 const std::array<MappedColumn, kMappedColumns>& MappedColumns() {
-  return kColumns;
+  return kRowColumns;
 }
 
 std::optional<EmptyColumn> CompleteRow(StagedRow& row, std::optional<periods::Basis> basis) {
-  for (std::size_t i = 0; i < kColumns.size(); ++i) {
+  for (std::size_t i = 0; i < kRowColumns.size(); ++i) {
     std::string& value = row[static_cast<Col>(i)];
-    Complete(value, kColumns[i].repair);
-    if (toolkit::IsBlank(value) && IsRequired(kColumns[i].required, row, basis))
-      return EmptyColumn{kColumns[i].label, i + 1};
+    Complete(value, kRowColumns[i].repair);
+    if (toolkit::IsBlank(value) && IsRequired(kRowColumns[i].required, row, basis))
+      return EmptyColumn{kRowColumns[i].label, i + 1};
   }
   return std::nullopt;
 }
@@ -157,7 +157,7 @@ DocumentRowWriter::DocumentRowWriter(data::Connection& company, const BillingPer
                  period.cliente} {
   std::array<std::string_view, std::tuple_size_v<decltype(values_)>> names{"FiscalYear", "StartDate",
                                                                            "EndDate"};
-  std::transform(kColumns.begin(), kColumns.end(), names.begin() + kKeyColumns,
+  std::transform(kRowColumns.begin(), kRowColumns.end(), names.begin() + kKeyColumns,
                  [](const MappedColumn& column) { return column.name; });
   constexpr std::size_t kStamp = kKeyColumns + kMappedColumns;
   names[kStamp] = "Utilizador";

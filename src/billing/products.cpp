@@ -25,12 +25,14 @@ using periods::Column;
 using periods::Grid;
 using periods::GridRow;
 
+namespace product {
 enum : std::size_t { kNumRegisto, kType, kCode, kGroup, kDescription, kEan, kColumnCount };
+}
 
 /// Texts are cut to the width of the staged columns, so that none stops a save; codes are not, being keys.
 constexpr int kTextWidth = 100;
 
-constexpr std::array<Column, kColumnCount> kColumns{{
+constexpr std::array<Column, product::kColumnCount> kProductColumns{{
     {"Nº Registo", 0, Alignment::Left, "NumRegisto"},
     {"Tipo Produto", 1000, Alignment::Centre, "ProductType", CellKind::Text, 0, "Tipo de Produto"},
     {"Código", 1500, Alignment::Left, "ProductCode", CellKind::Text, 0, "Código"},
@@ -98,7 +100,7 @@ void AddArticles(const session::Context& context, data::Connection& brevant,
     const std::string_view description = produtos.Text("Descricao");
     progress.Step([&] { return fmt::format("Produto : {} - {}", code, description); });
     const std::string_view key = produtos.Text("NumRegisto");
-    if (!grid.empty() && grid.back().cells[kNumRegisto] == key) continue;
+    if (!grid.empty() && grid.back().cells[product::kNumRegisto] == key) continue;
     grid.push_back(MakeRow(key, TypeOf(produtos), code, produtos.Text("Patamar"), description));
   }
 }
@@ -121,7 +123,7 @@ void AddItems(data::Connection& brevant, Grid& grid) {
 
 void DescribeTheRest(const std::string& description, Grid& grid) {
   for (GridRow& row : grid) {
-    if (toolkit::IsBlank(row.cells[kDescription])) row.cells[kDescription] = description;
+    if (toolkit::IsBlank(row.cells[product::kDescription])) row.cells[product::kDescription] = description;
   }
 }
 
@@ -145,7 +147,7 @@ std::optional<Grid> ReadProducts(const session::Context& context, const periods:
 
 const periods::StagedTable& ProdutosTable() {
   static constexpr periods::StagedTable kTable{.table = "TabProductGEST",
-                                               .columns = kColumns,
+                                               .columns = kProductColumns,
                                                .byCustomer = true,
                                                .atEmptyField = periods::AtEmptyField::WriteRowsBefore};
   return kTable;

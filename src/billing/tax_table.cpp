@@ -29,7 +29,7 @@ constexpr int kRateDecimals = 2;
 
 /// Texts are cut to the width of the staged columns, so that none stops a save; the source's own code is not, being
 /// the key by which documents find their tax.
-constexpr std::array<Column, 10> kColumns{{
+constexpr std::array<Column, 10> kTaxColumns{{
     {"Nº Registo", 330, Alignment::Left, "NumRegisto"},
     {"Tipo Imposto", 1200, Alignment::Centre, "TaxType", CellKind::Text, 10, "Tipo de Imposto"},
     {"País ou Região do Imposto", 1500, Alignment::Centre, "TaxCountryRegion", CellKind::Text, 5,
@@ -86,7 +86,7 @@ std::optional<Grid> ReadTaxes(const session::Context& context) {
 
 const periods::StagedTable& ImpostosTable() {
   static constexpr periods::StagedTable kTable{.table = "TabTaxTableGEST",
-                                               .columns = kColumns,
+                                               .columns = kTaxColumns,
                                                .byCustomer = true,
                                                .atEmptyField = periods::AtEmptyField::WriteRowsBefore};
   return kTable;

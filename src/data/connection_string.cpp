@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "data/take_char.h"
+
 namespace korvel::data {
 namespace {
 
@@ -17,12 +19,6 @@ std::string_view TakeUpTo(std::string_view& text, std::string_view marks) {
   const std::string_view taken = text.substr(0, text.find_first_of(marks));
   text.remove_prefix(taken.size());
   return taken;
-}
-
-bool TakeChar(std::string_view& text, char c) {
-  if (!text.starts_with(c)) return false;
-  text.remove_prefix(1);
-  return true;
 }
 
 /// Takes a value; between double quotes it may hold any character, a double quote as two of them.

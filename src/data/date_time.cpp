@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include "data/take_char.h"
+
 namespace korvel::data {
 namespace {
 
@@ -16,12 +18,6 @@ bool TakeDigits(std::string_view& text, std::size_t width, int& number) {
   }
   std::from_chars(text.data(), text.data() + width, number);
   text.remove_prefix(width);
-  return true;
-}
-
-bool TakeChar(std::string_view& text, char c) {
-  if (!text.starts_with(c)) return false;
-  text.remove_prefix(1);
   return true;
 }
 

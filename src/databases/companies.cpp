@@ -17,7 +17,6 @@ namespace {
 using toolkit::Icon;
 
 constexpr int kCodeLength = 4;
-constexpr int kDatabaseExists = 1801;  // the server's own number
 
 void InsertCompany(data::Connection& master, std::string_view login, const NewCompany& company) {
   master.Execute("use Korvelconfig");

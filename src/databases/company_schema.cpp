@@ -178,9 +178,9 @@ constexpr auto kHistoricoEnvio =
                 Columns("varchar(10)", "DataInicial", "DataFinal"), Columns("varchar(200)", "Ficheiro"),
                 Columns(kText100, "Observa"), Columns("varchar(5)", "Status")));
 
-constexpr auto kActualiza = MadeIn(Stage::Version, Columns("varchar(50)", "Versao"));
+constexpr auto kCompanyActualiza = MadeIn(Stage::Version, Columns("varchar(50)", "Versao"));
 
-constexpr std::array<TableDefinition, 14> kTables{{
+constexpr std::array<TableDefinition, 14> kCompanyTables{{
     {"ParamGeral", Stage::Base, kParamGeral, "PK_ParamGeral"},
     {"TabHeader", Stage::Base, kTabHeader, "PRK_TabHeader"},
     {"TabGeneralLedger", Stage::Base, kTabGeneralLedger, "PRK_TabGeneralLedger"},
@@ -195,13 +195,13 @@ constexpr std::array<TableDefinition, 14> kTables{{
      "PRK_TabGeneralLedgerEntriesPOC"},
     {"TabArmazens", Stage::Customers, kTabArmazens, "PRK_TabArmazens"},
     {"HistoricoEnvio", Stage::Sending, kHistoricoEnvio, {}, true},
-    {"Actualiza", Stage::Version, kActualiza, {}, true},
+    {"Actualiza", Stage::Version, kCompanyActualiza, {}, true},
 }};
 
 }  // namespace
 
 std::span<const TableDefinition> CompanySchema() {
-  return kTables;
+  return kCompanyTables;
 }
 
 }  // namespace korvel::databases

@@ -98,9 +98,9 @@ constexpr std::array<Column, 17> kEntidade{{
     {"Versao", "varchar(50)", Stage::Version, "''"},
 }};
 
-constexpr std::array<Column, 1> kActualiza{{{"Versao", "varchar(50)", Stage::Version}}};
+constexpr std::array<Column, 1> kConfigActualiza{{{"Versao", "varchar(50)", Stage::Version}}};
 
-constexpr std::array<TableDefinition, 10> kTables{{
+constexpr std::array<TableDefinition, 10> kConfigTables{{
     {"Acessos", Stage::Base, kAcessos, {}, false, kAcessosKeys},
     {"Admins", Stage::Base, kAdmins, "PK_Admins"},
     {"Empresas", Stage::Base, kEmpresas},
@@ -110,13 +110,13 @@ constexpr std::array<TableDefinition, 10> kTables{{
     {"LogGeral", Stage::Base, kLogGeral, {}, false, kLogGeralKeys},
     {"Configura", Stage::Base, kConfigura, "PK_Configura"},
     {"Entidade", Stage::Base, kEntidade},
-    {"Actualiza", Stage::Version, kActualiza, {}, true},
+    {"Actualiza", Stage::Version, kConfigActualiza, {}, true},
 }};
 
 }  // namespace
 
 std::span<const TableDefinition> ConfigSchema() {
-  return kTables;
+  return kConfigTables;
 }
 
 }  // namespace korvel::databases

@@ -21,8 +21,6 @@ namespace korvel::databases {
 
 namespace {
 
-constexpr int kDatabaseExists = 1801;  // the server's own number
-
 void CreateProcedures(data::Connection& config, PassedOver& passedOver) {
   passedOver.Run(config, kProcedureSettings);
   for (const ProcedureDefinition& procedure : ConfigProcedures()) {

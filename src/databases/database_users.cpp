@@ -16,7 +16,6 @@ namespace korvel::databases {
 namespace {
 
 constexpr std::array<std::string_view, 3> kGrantedRoles{"db_datawriter", "db_datareader", "db_owner"};
-constexpr std::array<std::string_view, 4> kServerDatabases{"master", "model", "msdb", "tempdb"};
 constexpr std::string_view kServerAdministrator = "sa";
 
 // The server's own numbers.

@@ -18,7 +18,6 @@ namespace {
 
 constexpr std::string_view kFamily =
     " and (Name Like 'Korvel%' or Name Like 'Brevant%' or Name Like 'Lunder%')";
-constexpr std::array<std::string_view, 4> kServerDatabases{"master", "model", "tempdb", "msdb"};
 constexpr std::array<std::string_view, 2> kOwners{"dbo", "sys"};
 constexpr std::array<std::string_view, 2> kDroppedWithRows{"fieldsdef", "tabledefs"};
 

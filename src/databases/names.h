@@ -1,10 +1,14 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
 /// Names that statements concatenate: of databases, tables, logins, roles.
 namespace korvel::databases {
+
+/// The databases that a server brings along.
+inline constexpr std::array<std::string_view, 4> kServerDatabases{"master", "model", "msdb", "tempdb"};
 
 /// What every name of a server's object must be: not blank, no blanks around it, at most 128 characters, none of
 /// quotes, brackets, separators, "?" (the mark of a bound value) and control characters.

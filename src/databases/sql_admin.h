@@ -10,6 +10,9 @@
 /// otherwise. Names of tables and fields are the system's own, never users' text; those of databases are checked.
 namespace korvel::databases {
 
+/// The server's own number for a database that is there already.
+inline constexpr int kDatabaseExists = 1801;
+
 /// True when the server has that database, in any case of letters.
 bool CheckDatabase(data::Connection& connection, std::string_view database);
 

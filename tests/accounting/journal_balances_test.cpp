@@ -5,16 +5,14 @@
 #include <random>
 
 #include "lunder_world.h"
+#include "support/money.h"
 
 namespace korvel::accounting {
 namespace {
 
 using data::Currency;
+using test::Money;
 using test::MovDiario;
-
-Currency Money(std::string_view text) {
-  return Currency::FromText(text).value();
-}
 
 Balance Made(std::string_view debito, std::string_view credito, std::string_view saldo) {
   return {Money(debito), Money(credito), Money(saldo)};

@@ -4,16 +4,13 @@
 #include <gtest/gtest.h>
 
 #include "accounting/ledger_writer.h"
+#include "support/money.h"
 
 namespace korvel::accounting {
 namespace {
 
 using namespace ledger;  // the columns
-using data::Currency;
-
-Currency Money(std::string_view text) {
-  return Currency::FromText(text).value();
-}
+using test::Money;
 
 JournalLine Sale() {
   JournalLine line;

@@ -8,14 +8,13 @@
 #include <stdexcept>
 #include <vector>
 
+#include "support/money.h"
+
 namespace korvel::billing {
 namespace {
 
+using test::Money;
 using testing::ElementsAre;
-
-Currency Money(std::string_view text) {
-  return Currency::FromText(text).value();
-}
 
 std::string Repeated(std::string_view text, int times) {
   std::string repeated;

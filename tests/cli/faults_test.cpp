@@ -14,7 +14,7 @@ bool IsOneLine(const std::string& text) {
 }
 
 constexpr const char* kCompany = " --empresa 0001";
-constexpr const char* kPeriod = " --ano 2025 --inicio 2025-01-01 --fim 2025-12-31";
+constexpr const char* kWholeYear = " --ano 2025 --inicio 2025-01-01 --fim 2025-12-31";
 
 TEST(Faults, OfALoginAreOneLine) {
   CliWorld world(CliWorld::Start::Demonstration);
@@ -74,7 +74,8 @@ TEST(Faults, OfADamagedDatabaseLoseNothing) {
 TEST(Faults, OfFoldersAndFilesAreOneLine) {
   CliWorld world(CliWorld::Start::Demonstration);
   const std::pair<std::string, std::string> cases[] = {
-      {std::string("exportar --pasta /nao/existe") + kCompany + kPeriod, "A pasta /nao/existe não existe.\n"},
+      {std::string("exportar --pasta /nao/existe") + kCompany + kWholeYear,
+       "A pasta /nao/existe não existe.\n"},
       {std::string("assistente --ano 2025 --mes 365 --base C --pasta /nao/existe") + kCompany,
        "A pasta /nao/existe não existe.\n"},
       {"sql --base-dados master --ficheiro /nao/existe.sql",
@@ -158,14 +159,14 @@ TEST(HostileTexts, InTheBooksPassThroughEveryStep) {
 /// Ctrl+C during long work: the command says so, ends with 1, and the staged rows are those of before.
 TEST(Interrupted, LongWorkIsRolledBack) {
   CliWorld world(CliWorld::Start::Demonstration);
-  ASSERT_EQ(world.Run("extrair contas --empresa 0001 --diarios 00" + std::string(kPeriod)).exitCode, 0);
-  ASSERT_EQ(world.Run("extrair movimentos --empresa 0001" + std::string(kPeriod)).exitCode, 0);
+  ASSERT_EQ(world.Run("extrair contas --empresa 0001 --diarios 00" + std::string(kWholeYear)).exitCode, 0);
+  ASSERT_EQ(world.Run("extrair movimentos --empresa 0001" + std::string(kWholeYear)).exitCode, 0);
   const std::string count = "select count(NumRegisto) from TabGeneralLedgerEntriesPOC";
   const std::string before = world.One("Korvel0001", count);
   world.Sql("LunderDemo", "delete from MovDiario where Diario='03'");
 
   world.interrupted = [] { return true; };
-  const auto result = world.Run("extrair movimentos --empresa 0001" + std::string(kPeriod));
+  const auto result = world.Run("extrair movimentos --empresa 0001" + std::string(kWholeYear));
   world.interrupted = nullptr;
 
   EXPECT_EQ(result.exitCode, 1);

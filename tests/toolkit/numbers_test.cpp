@@ -4,12 +4,13 @@
 
 #include <stdexcept>
 
+#include "support/money.h"
+
 namespace korvel::toolkit {
 namespace {
 
-Currency Money(std::string_view text) {
-  return Currency::FromText(text).value();
-}
+using test::Money;
+
 const Marks kPortuguese;
 const Marks kEnglish{".", ",", "3"};
 

@@ -2,14 +2,13 @@
 
 #include <stdexcept>
 
+#include "support/money.h"
 #include "toolkit/numbers.h"
 
 namespace korvel::toolkit {
 namespace {
 
-Currency Money(std::string_view text) {
-  return Currency::FromText(text).value();
-}
+using test::Money;
 
 struct Rounding {
   const char* value;

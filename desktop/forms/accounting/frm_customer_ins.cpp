@@ -21,7 +21,7 @@ Section SectionOf(const CorrectionField& field) {
   return field.twin.empty() ? kIdentity : kAddress;
 }
 
-constexpr int kCharacters = 24;  // that a box shows at least
+constexpr int kCustomerCharacters = 24;  // that a box shows at least
 
 constexpr std::string_view kSelfBilling = "1";
 constexpr std::string_view kNoSelfBilling = "0";
@@ -50,7 +50,8 @@ QWidget* frmCustomerIns::MakeSection(int section) {
   for (const CorrectionField& field : periods::CustomerFields()) {
     const auto column = periods::ColumnOf(Table(), field);
     if (!column || SectionOf(field) != section) continue;
-    AddEntry(*fields, *column, field.label, MakeBox("txt" + std::string(field.column), *column, kCharacters),
+    AddEntry(*fields, *column, field.label,
+             MakeBox("txt" + std::string(field.column), *column, kCustomerCharacters),
              field.fills ? "chk" + std::string(field.column) : std::string());
   }
   if (section == kIdentity) AddSelfBilling(*fields);

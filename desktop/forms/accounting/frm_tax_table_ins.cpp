@@ -10,7 +10,7 @@ using periods::TaxField;
 
 namespace {
 
-constexpr int kCharacters = 36;  // that a box shows at least
+constexpr int kTaxCharacters = 36;  // that a box shows at least
 
 }  // namespace
 
@@ -38,7 +38,7 @@ QLineEdit* frmTaxTableIns::MakeField(const TaxField& field, std::size_t column) 
     edatSaft_TaxExpirationDate_->SetConteudo(Shown(column));
     return edatSaft_TaxExpirationDate_;
   }
-  QLineEdit* box = MakeBox(field.control, column, kCharacters);
+  QLineEdit* box = MakeBox(field.control, column, kTaxCharacters);
   box->setToolTip(ToQt(field.tip));
   if (field.column == "TaxCode") txtSaft_TaxCode_ = box;
   if (field.column == "Description") txtSaft_Description_ = box;

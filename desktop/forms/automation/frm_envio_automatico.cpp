@@ -19,7 +19,7 @@ constexpr std::string_view kHistoryLayout =
     "Nº Registo,0/Data Envio,1000,C/Hora Envio,1000,C/Periodicidade,2000/Observações,3000/Nome do "
     "Ficheiro,4000/";
 constexpr std::chrono::seconds kRefreshEvery{60};
-constexpr int kWidth = 880, kHeight = 440;
+constexpr QSize kSendingSize(880, 440);
 
 periods::Grid RowsOf(const std::vector<automation::SentRun>& runs) {
   periods::Grid rows;
@@ -47,7 +47,7 @@ frmEnvioAutomatico::frmEnvioAutomatico(Desk& desk, QWidget* parent)
     if (!desk_.IsBusy() && isActiveWindow()) Refresh();
   });
   Arrange();
-  resize(kWidth, kHeight);
+  resize(kSendingSize);
 }
 
 void frmEnvioAutomatico::Arrange() {

@@ -23,7 +23,7 @@ namespace korvel::desktop {
 namespace {
 
 constexpr std::string_view kStepsLayout = "Chave,0/Tabela,3600/Relatório,1400,D/";
-constexpr int kWidth = 1080, kHeight = 640;
+constexpr QSize kWizardSize(1080, 640);
 constexpr int kYearCharacters = 4, kDateCharacters = 10;
 constexpr std::string_view kTaxesKey = "C_Impostos";
 
@@ -73,7 +73,7 @@ frmWizard::frmWizard(Desk& desk, QWidget* parent)
           [this] { ChooseRow(); });
   AddPages();
   Arrange();
-  resize(kWidth, kHeight);
+  resize(kWizardSize);
 }
 
 void frmWizard::Arrange() {

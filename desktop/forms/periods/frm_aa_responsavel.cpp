@@ -42,7 +42,7 @@ constexpr EntityField kTransfers[]{
     {"txtFTPPath", "&Directoria:", &Entity::FTPPath, 20},
 };
 
-constexpr QSize kUsualSize(760, 380);
+constexpr QSize kResponsavelSize(760, 380);
 
 }  // namespace
 
@@ -58,7 +58,7 @@ frmAAResponsavel::frmAAResponsavel(Desk& desk, QWidget* parent) : Form(desk, "fr
   column->addStretch();
   column->addLayout(ButtonRow({CatalogueButton("cmdGravar", [this] { Gravar(); }),
                                CatalogueButton("cmdFechar", [this] { reject(); })}));
-  resize(kUsualSize);
+  resize(kResponsavelSize);
 }
 
 QGroupBox* frmAAResponsavel::Group(const QString& title, std::span<const EntityField> fields, int pairs) {

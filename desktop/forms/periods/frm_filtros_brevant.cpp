@@ -12,7 +12,7 @@ namespace korvel::desktop {
 
 namespace {
 
-constexpr QSize kUsualSize(480, 240);
+constexpr QSize kBrevantFiltersSize(480, 240);
 
 }  // namespace
 
@@ -29,7 +29,7 @@ frmFiltrosBrevant::frmFiltrosBrevant(Desk& desk, QWidget* parent) : Form(desk, "
   eselPatamar_ = new SelOpta("eselPatamar", this);
   eselPatamar_->SetLista(periods::kPatamarList);
   Arrange();
-  resize(kUsualSize);
+  resize(kBrevantFiltersSize);
 }
 
 void frmFiltrosBrevant::Arrange() {

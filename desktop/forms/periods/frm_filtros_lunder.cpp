@@ -20,7 +20,7 @@ std::string KeyOf(const periods::Journal& journal) {
   return std::to_string(journal.numRegisto);
 }
 
-constexpr QSize kUsualSize(560, 420);
+constexpr QSize kLunderFiltersSize(560, 420);
 
 }  // namespace
 
@@ -34,7 +34,7 @@ frmFiltrosLunder::frmFiltrosLunder(Desk& desk, QWidget* parent) : Form(desk, "fr
   lvwDiarios_ =
       new GridPanel(desk, Name(), "lvwDiarios", toolkit::ParseGridLayout(kJournalLayout), true, this);
   Arrange();
-  resize(kUsualSize);
+  resize(kLunderFiltersSize);
 }
 
 void frmFiltrosLunder::Arrange() {

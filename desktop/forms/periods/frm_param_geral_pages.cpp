@@ -99,7 +99,7 @@ QHBoxLayout* LeftRow(std::initializer_list<QWidget*> widgets) {
   return row;
 }
 
-constexpr QSize kUsualSize(820, 560);
+constexpr QSize kParametersSize(820, 560);
 
 }  // namespace
 
@@ -118,7 +118,7 @@ frmParamGeral::frmParamGeral(Desk& desk, QWidget* parent) : Form(desk, "frmParam
   column->addLayout(ButtonRow({CatalogueButton(
                                    "cmdGravar", [this] { Gravar(); }, Writes::Yes),
                                CatalogueButton("cmdFechar", [this] { reject(); })}));
-  resize(kUsualSize);
+  resize(kParametersSize);
 }
 
 QWidget* frmParamGeral::LocationPage() {

@@ -143,7 +143,7 @@ Bound DatePart(const Site& site) {
 constexpr int kNameLength = 128;
 
 template <Slot::Source source>
-Bound Session(const Site& site) {
+Bound OfSession(const Site& site) {
   const bool text = source == Slot::Source::Login || source == Slot::Source::Database;
   const ColumnType type = source == Slot::Source::Now             ? kDateTime
                           : source == Slot::Source::ScopeIdentity ? Numeric(38, 0)
@@ -161,7 +161,7 @@ Bound Fact(const Site& site) {
                       number ? kInt : Varchar(kNameLength));
 }
 
-Bound ObjectName(const Site& site) {
+Bound NameOfObject(const Site& site) {
   return ExpressionOf(fmt::format("t_object_name({})", site.Whole(0)), Varchar(kNameLength));
 }
 
@@ -270,17 +270,17 @@ constexpr Function kFunctions[] = {
     {"year", 1, 1, DatePart<0>},
     {"month", 1, 1, DatePart<1>},
     {"day", 1, 1, DatePart<2>},
-    {"getdate", 0, 0, Session<Slot::Source::Now>},
-    {"scope_identity", 0, 0, Session<Slot::Source::ScopeIdentity>},
-    {"suser_sname", 0, 0, Session<Slot::Source::Login>},
-    {"db_name", 0, 0, Session<Slot::Source::Database>},
+    {"getdate", 0, 0, OfSession<Slot::Source::Now>},
+    {"scope_identity", 0, 0, OfSession<Slot::Source::ScopeIdentity>},
+    {"suser_sname", 0, 0, OfSession<Slot::Source::Login>},
+    {"db_name", 0, 0, OfSession<Slot::Source::Database>},
     {"is_srvrolemember", 1, 2, Fact<true>},
     {"is_member", 1, 1, Fact<true>},
     {"user_name", 0, 0, Fact<false>},
     {"host_name", 0, 0, Fact<false>},
     {"app_name", 0, 0, Fact<false>},
     {"databasepropertyex", 2, 2, Fact<false>},
-    {"object_name", 1, 1, ObjectName},
+    {"object_name", 1, 1, NameOfObject},
     {"object_id", 1, 1, ObjectId},
     {"count", 1, 1, Count, true},
     {"sum", 1, 1, Sum, true},

@@ -9,6 +9,9 @@
 
 namespace korvel::data::odbc {
 
+/// Characters of the longest varchar; what may be longer is a text.
+constexpr std::size_t kLongestVarchar = 8000;
+
 /// A value as another type, as the server converts it: a fraction is cut towards zero in a whole number and rounded
 /// to four decimals in an amount, and Null or a blank text reads as 0 or 1900-01-01.
 /// Each throws Error(Failure::Conversion) that names `column` but never the value.

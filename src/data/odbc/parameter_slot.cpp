@@ -7,7 +7,6 @@
 namespace korvel::data::odbc {
 namespace {
 
-constexpr std::size_t kLongestVarchar = 8000;
 /// A character of a varchar takes at most three bytes of UTF-8; the driver writes a zero behind the last.
 constexpr std::size_t kTextRoom = kLongestVarchar * 3 + 1;
 constexpr SQLULEN kMoneyDigits = 19;

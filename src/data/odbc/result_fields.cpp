@@ -5,11 +5,12 @@
 #include <optional>
 #include <string_view>
 
+#include "data/odbc/conversions.h"
+
 namespace korvel::data::odbc {
 namespace {
 
 constexpr std::size_t kNameSize = 512;
-constexpr SQLULEN kLongestVarchar = 8000;
 /// "YYYY-MM-DD HH:MM".
 constexpr SQLULEN kSmallDateTimeWidth = 16;
 

@@ -12,7 +12,6 @@
 namespace korvel::tds {
 namespace {
 
-constexpr std::size_t kHeader = 8;
 constexpr std::uint32_t kSmallestPacket = 512;
 constexpr std::uint32_t kLargestPacket = 32767;
 /// Wider than any statement that this system sends.
@@ -54,15 +53,15 @@ bool Channel::Receive(std::string& bytes, std::size_t count) {
 
 bool Channel::ReadPacket(Message& message, bool& last) {
   std::string bytes;
-  if (!Receive(bytes, kHeader)) return false;
+  if (!Receive(bytes, kPacketHeader)) return false;
   WireReader header(bytes);
   const std::uint8_t type = header.U8();
   last = (header.U8() & kLastPacket) != 0;
   const std::size_t length = header.U16Big();
-  if (!IsKnown(type) || length < kHeader) throw WireError("no packet");
+  if (!IsKnown(type) || length < kPacketHeader) throw WireError("no packet");
   message.type = static_cast<PacketType>(type);
-  if (length > kHeader && !Receive(bytes, length - kHeader)) throw Disconnected();
-  if (length > kHeader) message.payload += bytes;
+  if (length > kPacketHeader && !Receive(bytes, length - kPacketHeader)) throw Disconnected();
+  if (length > kPacketHeader) message.payload += bytes;
   return true;
 }
 
@@ -82,7 +81,7 @@ std::optional<Message> Channel::Read() {
 
 void Channel::Write(std::string_view bytes) {
   pending_ += bytes;
-  const std::size_t room = packetSize_ - kHeader;
+  const std::size_t room = packetSize_ - kPacketHeader;
   // The last packet stays back for Finish, even a full one.
   while (pending_.size() > room) SendPacket(room, false);
 }
@@ -96,7 +95,7 @@ void Channel::SendPacket(std::size_t length, bool last) {
   WireWriter packet;
   packet.U8(static_cast<std::uint8_t>(PacketType::Answer))
       .U8(last ? kLastPacket : 0)
-      .U16Big(length + kHeader);
+      .U16Big(length + kPacketHeader);
   packet.U16Big(spid_).U8(packetNumber_++).U8(0).Bytes(std::string_view(pending_).substr(0, length));
   pending_.erase(0, length);
   Send(packet.Take());
@@ -136,7 +135,7 @@ bool Channel::TakeAttention() {
 }
 
 void Channel::Break() {
-  CutAfter((pending_.size() + kHeader) / 2);
+  CutAfter((pending_.size() + kPacketHeader) / 2);
   SendPacket(pending_.size(), false);
   throw Disconnected();
 }

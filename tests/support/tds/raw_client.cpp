@@ -13,11 +13,6 @@
 #include "support/tds/wire.h"
 
 namespace korvel::tds {
-namespace {
-
-constexpr std::size_t kHeader = 8;
-
-}  // namespace
 
 RawClient::RawClient(std::uint16_t port) : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
   sockaddr_in address{};
@@ -44,12 +39,14 @@ bool RawClient::SendBytes(std::string_view bytes) {
 }
 
 bool RawClient::Send(PacketType type, std::string_view payload, std::size_t packetSize) {
-  const std::size_t room = packetSize - kHeader;
+  const std::size_t room = packetSize - kPacketHeader;
   WireWriter packets;
   do {
     const std::string_view part = payload.substr(0, room);
     payload.remove_prefix(part.size());
-    packets.U8(static_cast<std::uint8_t>(type)).U8(payload.empty() ? 1 : 0).U16Big(part.size() + kHeader);
+    packets.U8(static_cast<std::uint8_t>(type))
+        .U8(payload.empty() ? 1 : 0)
+        .U16Big(part.size() + kPacketHeader);
     packets.U32(0).Bytes(part);
   } while (!payload.empty());
   return SendBytes(packets.Take());
@@ -71,12 +68,12 @@ std::optional<std::string> RawClient::Answer(int seconds) {
   std::string payload;
   for (bool last = false; !last;) {
     std::string bytes;
-    if (!Receive(bytes, kHeader, seconds)) return std::nullopt;
+    if (!Receive(bytes, kPacketHeader, seconds)) return std::nullopt;
     WireReader header(bytes);
     header.U8();
     last = header.U8() == 1;
     const std::size_t length = header.U16Big();
-    if (!Receive(bytes, length - kHeader, seconds)) return std::nullopt;
+    if (!Receive(bytes, length - kPacketHeader, seconds)) return std::nullopt;
     payload += bytes;
   }
   return payload;

@@ -7,6 +7,9 @@
 
 namespace korvel::tds {
 
+/// Bytes in front of every packet.
+constexpr std::size_t kPacketHeader = 8;
+
 /// Bytes that do not follow the protocol; what stands behind them cannot be understood either.
 class WireError : public std::runtime_error {
  public:

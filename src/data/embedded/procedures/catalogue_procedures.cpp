@@ -3,9 +3,7 @@
 namespace korvel::data::embedded {
 namespace {
 
-constexpr ColumnType kName = Varchar(128);
 constexpr ColumnType kRemarks = Varchar(254);
-constexpr ColumnType kSmall{Type::SmallInt};
 
 RowTables Tables(const Site& site) {
   RowTable table{{{"TABLE_QUALIFIER", kName},
@@ -137,7 +135,7 @@ RowTables Indexes(const Site& site) {
   return {std::move(table)};
 }
 
-constexpr Procedure kProcedures[] = {
+constexpr Procedure kCatalogueProcedures[] = {
     {"sp_tables", {"@table_name", "@table_owner", "@table_qualifier", "@table_type"}, 0, Tables},
     {"sp_columns",
      {"@table_name", "@table_owner", "@table_qualifier", "@column_name", "@odbcver"},
@@ -149,7 +147,7 @@ constexpr Procedure kProcedures[] = {
 }  // namespace
 
 std::span<const Procedure> CatalogueProcedures() {
-  return kProcedures;
+  return kCatalogueProcedures;
 }
 
 }  // namespace korvel::data::embedded

@@ -11,7 +11,6 @@
 namespace korvel::data::embedded {
 namespace {
 
-constexpr ColumnType kName = Varchar(128);
 constexpr ColumnType kKeys = Varchar(2126);
 constexpr ColumnType kWord = Varchar(35);
 /// Numbers of columns are texts of this many characters, blanks behind them.
@@ -245,7 +244,7 @@ RowTables HelpDatabase(const Site& site) {
   throw Failed(Code::NoDatabaseNamed, fmt::format("A base de dados '{}' não existe", *site.arguments[0]));
 }
 
-constexpr Procedure kProcedures[] = {
+constexpr Procedure kHelpProcedures[] = {
     {"sp_help", {"@objname"}, 0, Help},
     {"sp_helpindex", {"@objname"}, 1, HelpIndex},
     {"sp_helpdb", {"@dbname"}, 0, HelpDatabase},
@@ -254,7 +253,7 @@ constexpr Procedure kProcedures[] = {
 }  // namespace
 
 std::span<const Procedure> HelpProcedures() {
-  return kProcedures;
+  return kHelpProcedures;
 }
 
 }  // namespace korvel::data::embedded

@@ -8,9 +8,6 @@
 namespace korvel::data::embedded {
 namespace {
 
-constexpr ColumnType kName = Varchar(128);
-constexpr ColumnType kSid = Varchar(85);
-
 RowTables AddLogin(const Site& site) {
   CreateLogin create;
   create.name = *site.arguments[0];
@@ -97,7 +94,7 @@ RowTables LoginInfo(const Site& site) {
   return {std::move(table)};
 }
 
-constexpr Procedure kProcedures[] = {
+constexpr Procedure kLoginProcedures[] = {
     {"sp_addlogin", {"@loginame", "@passwd", "@defdb", "@deflanguage", "@sid", "@encryptopt"}, 1, AddLogin},
     {"sp_grantlogin", {"@loginame"}, 1, GrantLogin},
     {"sp_droplogin", {"@loginame"}, 1, DropLoginNamed},
@@ -113,7 +110,7 @@ constexpr Procedure kProcedures[] = {
 }  // namespace
 
 std::span<const Procedure> LoginProcedures() {
-  return kProcedures;
+  return kLoginProcedures;
 }
 
 }  // namespace korvel::data::embedded

@@ -17,6 +17,11 @@ namespace korvel::data::embedded {
 
 constexpr std::size_t kMostArguments = 6;
 
+// Types that many row sets share.
+constexpr ColumnType kName = Varchar(128);
+constexpr ColumnType kSid = Varchar(85);
+constexpr ColumnType kSmall{Type::SmallInt};
+
 /// Arguments by the procedure's own parameters; what was not given or is NULL is nothing.
 using Arguments = std::array<std::optional<std::string>, kMostArguments>;
 

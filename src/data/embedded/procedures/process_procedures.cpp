@@ -3,9 +3,6 @@
 namespace korvel::data::embedded {
 namespace {
 
-constexpr ColumnType kName = Varchar(128);
-constexpr ColumnType kSmall{Type::SmallInt};
-
 std::string DatabaseName(const std::vector<DatabaseEntry>& databases, int id) {
   for (const DatabaseEntry& entry : databases) {
     if (entry.id == id) return entry.name;
@@ -63,7 +60,7 @@ RowTables Locks(const Site& site) {
   return {std::move(table)};
 }
 
-constexpr Procedure kProcedures[] = {
+constexpr Procedure kProcessProcedures[] = {
     {"sp_who", {"@loginame"}, 0, Who},
     {"sp_lock", {"@spid1", "@spid2"}, 0, Locks},
 };
@@ -71,7 +68,7 @@ constexpr Procedure kProcedures[] = {
 }  // namespace
 
 std::span<const Procedure> ProcessProcedures() {
-  return kProcedures;
+  return kProcessProcedures;
 }
 
 }  // namespace korvel::data::embedded

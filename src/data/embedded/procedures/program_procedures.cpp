@@ -7,8 +7,6 @@
 namespace korvel::data::embedded {
 namespace {
 
-constexpr ColumnType kName = Varchar(128);
-constexpr ColumnType kSmall{Type::SmallInt};
 /// The server shows a longer line in pieces.
 constexpr std::size_t kLongestLine = 255;
 
@@ -56,7 +54,7 @@ RowTables HelpText(const Site& site) {
                                            *site.arguments[0], site.view.database));
 }
 
-constexpr Procedure kProcedures[] = {
+constexpr Procedure kProgramProcedures[] = {
     {"sp_stored_procedures", {"@sp_name", "@sp_owner", "@sp_qualifier"}, 0, StoredProcedures},
     {"sp_helptext", {"@objname"}, 1, HelpText},
 };
@@ -64,7 +62,7 @@ constexpr Procedure kProcedures[] = {
 }  // namespace
 
 std::span<const Procedure> ProgramProcedures() {
-  return kProcedures;
+  return kProgramProcedures;
 }
 
 }  // namespace korvel::data::embedded

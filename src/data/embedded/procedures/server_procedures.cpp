@@ -10,9 +10,6 @@
 namespace korvel::data::embedded {
 namespace {
 
-constexpr ColumnType kName = Varchar(128);
-constexpr ColumnType kSmall{Type::SmallInt};
-
 constexpr std::array<std::string_view, 5> kLevels = {"60", "65", "70", "80", "90"};
 
 /// A level changes nothing of how statements are read here; it is kept to be told again.
@@ -95,7 +92,7 @@ RowTables Version(const Site& site) {
   return {std::move(table)};
 }
 
-constexpr Procedure kProcedures[] = {
+constexpr Procedure kServerProcedures[] = {
     {"sp_dbcmptlevel", {"@dbname", "@new_cmptlevel"}, 1, SetCompatibility},
     {"sp_dboption", {"@dbname", "@optname", "@optvalue"}, 0, SetOption},
     {"sp_configure", {"@configname", "@configvalue"}, 0, Configure},
@@ -105,7 +102,7 @@ constexpr Procedure kProcedures[] = {
 }  // namespace
 
 std::span<const Procedure> ServerProcedures() {
-  return kProcedures;
+  return kServerProcedures;
 }
 
 }  // namespace korvel::data::embedded

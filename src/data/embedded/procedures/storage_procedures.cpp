@@ -6,7 +6,6 @@
 namespace korvel::data::embedded {
 namespace {
 
-constexpr ColumnType kName = Varchar(128);
 constexpr ColumnType kFile = Varchar(260);
 constexpr ColumnType kSize = Varchar(18);
 
@@ -53,7 +52,7 @@ RowTables HelpFile(const Site& site) {
   return {std::move(table)};
 }
 
-constexpr Procedure kProcedures[] = {
+constexpr Procedure kStorageProcedures[] = {
     {"sp_addumpdevice", {"@devtype", "@logicalname", "@physicalname"}, 3, AddDevice},
     {"sp_dropdevice", {"@logicalname"}, 1, DropDevice},
     {"sp_helpfile", {"@filename"}, 0, HelpFile},
@@ -62,7 +61,7 @@ constexpr Procedure kProcedures[] = {
 }  // namespace
 
 std::span<const Procedure> StorageProcedures() {
-  return kProcedures;
+  return kStorageProcedures;
 }
 
 }  // namespace korvel::data::embedded

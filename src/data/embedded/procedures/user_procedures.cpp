@@ -8,10 +8,6 @@
 namespace korvel::data::embedded {
 namespace {
 
-constexpr ColumnType kName = Varchar(128);
-constexpr ColumnType kSid = Varchar(85);
-constexpr ColumnType kSmall{Type::SmallInt};
-
 const Role& DatabaseRoleNamed(std::string_view name) {
   if (const Role* role = FindRole(DatabaseRoles(), name)) return *role;
   throw Failed(Code::NoRole, fmt::format("O papel '{}' não existe na base de dados corrente", name));
@@ -107,7 +103,7 @@ RowTables HelpRoleMember(const Site& site) {
   return {std::move(table)};
 }
 
-constexpr Procedure kProcedures[] = {
+constexpr Procedure kUserProcedures[] = {
     {"sp_adduser", {"@loginame", "@name_in_db", "@grpname"}, 1, AddUserNamed},
     {"sp_grantdbaccess", {"@loginame", "@name_in_db"}, 1, AddUserNamed},
     {"sp_dropuser", {"@name_in_db"}, 1, DropUserNamed},
@@ -122,7 +118,7 @@ constexpr Procedure kProcedures[] = {
 }  // namespace
 
 std::span<const Procedure> UserProcedures() {
-  return kProcedures;
+  return kUserProcedures;
 }
 
 }  // namespace korvel::data::embedded
