@@ -67,6 +67,11 @@ int GridView::FirstWidth(int column, int twips) const {
   return std::max(twips * logicalDpiX() / kTwipsPerInch, horizontalHeader()->sectionSizeHint(column));
 }
 
+void GridView::WidenToTexts(std::size_t column) {
+  const int shown = static_cast<int>(column);
+  setColumnWidth(shown, std::max(columnWidth(shown), sizeHintForColumn(shown)));
+}
+
 void GridView::SortOn(int column) {
   model_.SortOn(static_cast<std::size_t>(column));
   if (currentIndex().isValid()) scrollTo(currentIndex());

@@ -28,6 +28,8 @@ class GridView : public QTableView {
   std::vector<std::size_t> SelectedRows() const;
   /// Puts the cursor in a row and brings it into view.
   void SelectRow(std::size_t row);
+  /// Makes a column of a short list wide enough for its texts; none gets narrower.
+  void WidenToTexts(std::size_t column);
 
   void CopyRows();
   void ShowFind();

@@ -10,6 +10,7 @@
 
 #include "automation/wizard.h"
 #include "desktop/desktop_world.h"
+#include "forms/automation/frm_wizard.h"
 #include "forms/periods/frm_filtros_brevant.h"
 #include "forms/periods/frm_filtros_lunder.h"
 #include "forms/periods/frm_tab_header_ins.h"
@@ -35,6 +36,7 @@ constexpr int kTaskBar = 40;
 constexpr const char* kShowRows = "cmdVerRegistos";
 /// Shown as the user's folder, whoever takes the pictures.
 constexpr const char* kHome = "/home/ana";
+constexpr const char* kYear = "2025";
 
 /// A window apart from the table of forms.
 struct Window {
@@ -45,7 +47,7 @@ struct Window {
 template <typename Made, typename... Arguments>
 Made* Loaded(Arguments&&... arguments) {
   auto* form = new Made(std::forward<Arguments>(arguments)...);
-  form->Load();
+  if (!form->Load()) throw std::runtime_error(FromQt(form->objectName()) + " was not opened");
   return form;
 }
 
@@ -80,6 +82,26 @@ QWidget* MakeMainWindow(DesktopWorld& world) {
   return menu;
 }
 
+QWidget* MakeHeader(DesktopWorld& world) {
+  const auto latest = std::stoll(world.server.One("Korvel0001", "Select max(NumRegisto) from TabHeader"));
+  return Loaded<frmTabHeaderIns>(world.desk, periods::HeaderMode::Change, latest);
+}
+
+/// After a run, with what one of its steps staged.
+QWidget* MakeWizard(DesktopWorld& world) {
+  auto* wizard = Loaded<frmWizard>(world.desk);
+  wizard->show();
+  Type(*wizard, "txtAno", kYear);
+  Find<SelOpta>(*wizard, "eselMes").SetChave("365");
+  Find<SelOpta>(*wizard, "eselTaxAccountingBasis").SetChave("I");
+  Type(*wizard, "txtPastaExportacao", world.server.folder.Path().string());
+  world.server.dialogs.answers = {0, 0, 0};
+  Press(*wizard, "cmdGravar");
+  Type(*wizard, "txtPastaExportacao", kHome);
+  Find<GridView>(*wizard, "lvwTabelas").SelectRow(1);
+  return wizard;
+}
+
 QWidget* MakeBox(toolkit::Icon icon) {
   static constexpr std::array<std::string_view, 2> kButtons{"&Sim", "&Não"};
   return new MessageBox(
@@ -100,14 +122,13 @@ QWidget* MakeWorkBox(DesktopWorld&) {
 }
 
 const std::vector<Window>& OtherWindows() {
-  using periods::HeaderMode;
   static const std::vector<Window> windows{
       {"frmLogin", [](DesktopWorld& world) { return Loaded<frmLogin>(world.desk); }},
       {"frmSelEmpresas", MakeSelection},
       {"frmCriaEmpresa", [](DesktopWorld& world) { return Loaded<frmCriaEmpresa>(world.desk, "0001"); }},
       {"WMenu", MakeMainWindow},
-      {"frmTabHeaderIns",
-       [](DesktopWorld& world) { return Loaded<frmTabHeaderIns>(world.desk, HeaderMode::Change, 1); }},
+      {"frmTabHeaderIns", MakeHeader},
+      {"frmWizard-corrido", MakeWizard},
       {"frmFiltrosLunder", [](DesktopWorld& world) { return Loaded<frmFiltrosLunder>(world.desk); }},
       {"frmFiltrosBrevant", [](DesktopWorld& world) { return Loaded<frmFiltrosBrevant>(world.desk); }},
       {"frmMsgBox", [](DesktopWorld&) { return MakeBox(toolkit::Icon::None); }},
@@ -171,16 +192,26 @@ void TakeForms(Pictures& pictures, DesktopWorld& world, bool full) {
   }
 }
 
-void StageTheYear(DesktopWorld& world) {
-  automation::WizardInput input{.txtAno = "2025",
-                                .edatStartDate = "2025-01-01",
-                                .edatEndDate = "2025-12-31",
-                                .eselTaxAccountingBasis = periods::Basis::Integrated,
+struct Period {
+  const char* year;
+  const char* first;
+  const char* last;
+  periods::Basis basis;
+};
+/// The last that each review form offers: a period with billing has the customers from there.
+constexpr Period kPeriods[] = {{"2024", "2024-04-01", "2024-06-30", periods::Basis::Accounting},
+                               {kYear, "2025-01-01", "2025-12-31", periods::Basis::Integrated}};
+
+void Stage(DesktopWorld& world, const Period& period) {
+  automation::WizardInput input{.txtAno = period.year,
+                                .edatStartDate = period.first,
+                                .edatEndDate = period.last,
+                                .eselTaxAccountingBasis = period.basis,
                                 .txtPastaExportacao = world.server.folder.Path().string(),
                                 .automatico = true,
                                 .contas = {}};
   const auto result = automation::Assistente(world.desk.Context(), input);
-  if (!result.ok) throw std::runtime_error("the year was not staged: " + result.error);
+  if (!result.ok) throw std::runtime_error(std::string(period.year) + " was not staged: " + result.error);
 }
 
 int TakeAll(const QString& folder) {
@@ -190,7 +221,7 @@ int TakeAll(const QString& folder) {
   session::Login(world.desk.Context(), {.server = world.server.Name(), .login = "sa"});
   session::LoadMainWindow(world.desk.Context());
   TakeForms(pictures, world, false);
-  StageTheYear(world);
+  for (const Period& period : kPeriods) Stage(world, period);
   TakeForms(pictures, world, true);
   for (const Window& window : OtherWindows()) {
     const std::unique_ptr<QWidget> made(window.make(world));

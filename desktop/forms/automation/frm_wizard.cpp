@@ -18,7 +18,7 @@ using automation::StepStatus;
 namespace {
 
 constexpr std::string_view kShowMovementsKey = "chkMostraMoimentosLVW";
-constexpr std::size_t kKeyColumn = 0, kStatusColumn = 2;
+constexpr std::size_t kKeyColumn = 0, kDescriptionColumn = 1, kStatusColumn = 2;
 
 periods::PeriodKey KeyOf(const automation::WizardInput& input) {
   return {input.txtAno, input.edatStartDate, input.edatEndDate};
@@ -67,6 +67,7 @@ void frmWizard::CarregaTabelas() {
     rows.emplace_back().cells = {std::string(step.key), std::string(step.description), {}};
   }
   lvwTabelas_->Model().SetRows(std::move(rows));
+  lvwTabelas_->View().WidenToTexts(kDescriptionColumn);
   for (Page& page : pages_) {
     page.grid->Model().SetRows({});
     page.filled = false;
