@@ -19,6 +19,7 @@
 namespace korvel::accounting {
 namespace {
 
+namespace party = third_party;  // the columns
 using periods::Alignment;
 using periods::CellKind;
 using periods::Column;
@@ -27,7 +28,7 @@ using periods::GridRow;
 
 constexpr std::string_view kUnknown = "Desconhecido";
 constexpr std::string_view kNoAddress = "----------";
-constexpr std::size_t kThirdPartyColumns = third_party::kItemKey + 1;
+constexpr std::size_t kThirdPartyColumns = party::kItemKey + 1;
 using Columns = std::array<Column, kThirdPartyColumns>;
 
 /// A plain text column of both grids.
@@ -78,8 +79,8 @@ constexpr Columns kCustomerColumns{{
 /// Suppliers have no column for their code: it is always the tax number under which the row was made.
 constexpr Columns SupplierColumns() {
   Columns columns = kCustomerColumns;
-  columns[third_party::kTaxId].staged = "SupplierTaxID";
-  columns[third_party::kCode] = Hidden("", "SupplierID");
+  columns[party::kTaxId].staged = "SupplierTaxID";
+  columns[party::kCode] = Hidden("", "SupplierID");
   return columns;
 }
 constexpr Columns kSupplierColumns = SupplierColumns();
@@ -96,7 +97,7 @@ GridRow& RowOf(periods::KeyedGrid& rows, const std::string& taxId) {
   const auto [row, added] = rows.FindOrAdd(taxId);
   if (added) {
     row.cells.resize(kThirdPartyColumns);
-    row.cells[third_party::kItemKey] = taxId;
+    row.cells[party::kItemKey] = taxId;
   }
   return row;
 }
@@ -104,12 +105,11 @@ GridRow& RowOf(periods::KeyedGrid& rows, const std::string& taxId) {
 /// What rows of both sources have in common.
 void FillFixedCells(GridRow& row, const std::string& taxId, std::string country) {
   auto& cells = row.cells;
-  cells[third_party::kTaxId] = cells[third_party::kCode] = taxId;
-  cells[third_party::kBilingAddress] = cells[third_party::kShipToAddress] = kNoAddress;
-  cells[third_party::kShipAddressDetail] = cells[third_party::kShipCity] =
-      cells[third_party::kShipPostalCode] = kUnknown;
-  cells[third_party::kShipCountry] = country;
-  cells[third_party::kCountry] = std::move(country);
+  cells[party::kTaxId] = cells[party::kCode] = taxId;
+  cells[party::kBilingAddress] = cells[party::kShipToAddress] = kNoAddress;
+  cells[party::kShipAddressDetail] = cells[party::kShipCity] = cells[party::kShipPostalCode] = kUnknown;
+  cells[party::kShipCountry] = country;
+  cells[party::kCountry] = std::move(country);
 }
 
 std::string HomeCountry(const ThirdPartyKind& kind, std::string_view pais) {
@@ -120,28 +120,27 @@ void FillFromAccount(GridRow& row, const data::Recordset& conta, const std::stri
                      const ThirdPartyKind& kind) {
   auto& cells = row.cells;
   FillFixedCells(row, taxId, HomeCountry(kind, conta.Text("Pais")));
-  cells[third_party::kNumRegisto] = conta.Text("NumRegisto");
-  cells[third_party::kAccountId] = toolkit::CutTo(toolkit::Trim(conta.Text("ContaSP")), 30);
-  cells[third_party::kCompanyName] = toolkit::CutTo(toolkit::Trim(conta.Text("Titulo")), 60);
-  cells[third_party::kBuildingNumber] = conta.Text("Policia");
-  cells[third_party::kStreetName] = conta.Text("Rua");
-  cells[third_party::kAddressDetail] = OrUnknown(conta.Text("Morada0"));
-  cells[third_party::kCity] = OrUnknown(conta.Text("Morada1"));
-  cells[third_party::kPostalCode] = OrUnknown(conta.Text("Morada2"));
-  cells[third_party::kRegion] = conta.Text("Distrito");
-  cells[third_party::kTelephone] = conta.Text("Telefone");
-  cells[third_party::kEmail] = conta.Text("Mail");
-  cells[third_party::kSelfBilling] = conta.Text("AutoFacturacao");
+  cells[party::kNumRegisto] = conta.Text("NumRegisto");
+  cells[party::kAccountId] = toolkit::CutTo(toolkit::Trim(conta.Text("ContaSP")), 30);
+  cells[party::kCompanyName] = toolkit::CutTo(toolkit::Trim(conta.Text("Titulo")), 60);
+  cells[party::kBuildingNumber] = conta.Text("Policia");
+  cells[party::kStreetName] = conta.Text("Rua");
+  cells[party::kAddressDetail] = OrUnknown(conta.Text("Morada0"));
+  cells[party::kCity] = OrUnknown(conta.Text("Morada1"));
+  cells[party::kPostalCode] = OrUnknown(conta.Text("Morada2"));
+  cells[party::kRegion] = conta.Text("Distrito");
+  cells[party::kTelephone] = conta.Text("Telefone");
+  cells[party::kEmail] = conta.Text("Mail");
+  cells[party::kSelfBilling] = conta.Text("AutoFacturacao");
 }
 
 void FillFromMovement(GridRow& row, const std::string& taxId, std::string_view prefix) {
   FillFixedCells(row, taxId, OrUnknown(prefix));
-  for (const std::size_t column :
-       {third_party::kAccountId, third_party::kCompanyName, third_party::kStreetName,
-        third_party::kAddressDetail, third_party::kCity, third_party::kPostalCode, third_party::kRegion}) {
+  for (const std::size_t column : {party::kAccountId, party::kCompanyName, party::kStreetName,
+                                   party::kAddressDetail, party::kCity, party::kPostalCode, party::kRegion}) {
     row.cells[column] = kUnknown;
   }
-  row.cells[third_party::kSelfBilling] = "0";
+  row.cells[party::kSelfBilling] = "0";
 }
 
 void RefuseWithoutTaxId(const session::Context& context, std::string_view account) {
@@ -226,8 +225,7 @@ std::optional<Grid> CalcularTerceiros(const session::Context& context, const per
 bool GravarTerceiros(const session::Context& context, const periods::PeriodKey& period,
                      const ThirdPartyKind& kind, Grid rows) {
   for (GridRow& row : rows) {
-    if (toolkit::IsBlank(row.cells[third_party::kCode]))
-      row.cells[third_party::kCode] = row.cells[third_party::kItemKey];
+    if (toolkit::IsBlank(row.cells[party::kCode])) row.cells[party::kCode] = row.cells[party::kItemKey];
   }
   return periods::SaveToCompany(context, *kind.table, period, rows, periods::kSaving);
 }
@@ -236,7 +234,7 @@ std::optional<Grid> CarregarTerceiros(const session::Context& context, const per
                                       const ThirdPartyKind& kind) {
   std::optional<Grid> grid = periods::LoadFromCompany(context, *kind.table, period);
   if (!grid) return grid;
-  for (GridRow& row : *grid) row.cells[third_party::kItemKey] = row.cells[third_party::kCode];
+  for (GridRow& row : *grid) row.cells[party::kItemKey] = row.cells[party::kCode];
   return grid;
 }
 
